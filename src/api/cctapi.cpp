@@ -1,0 +1,72 @@
+// CCTAPI: decodes the request code, runs the per-call prologue, hands the
+// request to its handler and closes the call with the epilogue.
+
+#include <optional>
+
+#include "api/handlers.h"
+#include "api/request.h"
+#include "api/warning.h"
+#include "diag/debug.h"
+#include "diag/trace.h"
+#include "diag/version.h"
+#include "quarnel/cctapi.h"
+
+namespace quarnel {
+namespace {
+
+constexpr int32_t kLastLowRequest = 999;
+constexpr int kFloatRampPoints = 1024;
+
+void FillIdentityFloatRamps(CctContext* ctx) {
+    for (int i = 0; i < kFloatRampPoints; ++i) {
+        const auto f = static_cast<float>(i / 1023.0);
+        for (int c = 0; c < 3; ++c) {
+            ctx->outNvPreGamma[i][c] = f;
+            ctx->outNvPostGamma[i][c] = f;
+        }
+    }
+}
+
+int32_t RunHighRequest(CctContext* ctx, int32_t request) {
+    if (request != CCTAPI_SELF_TEST) return CCT_ERR_REQUEST;
+    ctx->icc[0][0] = ctx->icc[0][2] + ctx->icc[0][1];
+    return CCT_OK;
+}
+
+int32_t Dispatch(CctContext* ctx, const RequestArgs& args) {
+    const uint32_t request = args.request.number;
+    if (static_cast<int32_t>(request) > kLastLowRequest) return RunHighRequest(ctx, static_cast<int32_t>(request));
+    if (request >= CCTAPI_INIT_GAIN && request <= CCTAPI_READING_MODE_MULTI) return RunModeRequest(ctx, args);
+    if (request == CCTAPI_NATIVE_MODE) return RunNativeMode(ctx);
+    return CCT_ERR_REQUEST;
+}
+
+}  // namespace
+}  // namespace quarnel
+
+extern "C" QUARNEL_API int32_t CCTAPI(uint32_t code, CctContext* ctx) {
+    using namespace quarnel;
+    DebugMessage(L"; VOK: Enter CCTAPI()\n");
+    if (ctx == nullptr) return CCT_ERR_REQUEST;  // nothing to answer into
+
+    const Request request = DecodeRequest(code);
+    std::optional<Lut16> regammaCurve;
+    if (request.regammaFlag != 0) regammaCurve = BuildRegammaCurve();
+    FillIdentityFloatRamps(ctx);
+    WarningWord() = 0;
+    TraceReset();
+
+    if (request.number == CCTAPI_GET_VERSION) {
+        // Answered before the epilogue: cctWarning is not copied, no exit message.
+        ctx->version = kInterfaceVersion;
+        return CCT_OK;
+    }
+
+    const RequestArgs args{request, regammaCurve ? regammaCurve->data() : nullptr};
+    const int32_t status = Dispatch(ctx, args);
+
+    ctx->cctWarning = WarningWord();
+    TraceClose();
+    DebugMessage(L"; VOK: Exit  CCTAPI()\n");
+    return status;
+}

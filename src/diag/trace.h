@@ -1,0 +1,24 @@
+#pragma once
+// The trace log: full dumps of the context and of the LUT at each pipeline
+// step, written only while the fixed trace file exists.
+
+#include <cstdint>
+
+#include "quarnel/cctapi.h"
+
+namespace quarnel {
+
+// Start of every CCTAPI call: empty an existing trace file and keep it open
+// for appending; without the file, tracing stays off.
+void TraceReset();
+
+// End of a CCTAPI call: close the trace handle if one is open.
+void TraceClose();
+
+// One LUT dump of outLut under `title`.
+void DumpLut(const CctContext* ctx, const char* title);
+
+// A full context dump under `title`; vxInput (planar 3 x 256) may be null.
+void DumpContext(const CctContext* ctx, const char* title, const uint16_t* vxInput);
+
+}  // namespace quarnel

@@ -1,0 +1,81 @@
+#include "lut/bright_ctrl.h"
+
+#include <algorithm>
+
+#include "color/half_up.h"
+#include "diag/debug.h"
+#include "lut/lut16.h"
+#include "quarnel/cctapi.h"
+
+namespace quarnel {
+namespace {
+
+constexpr double kThresholdQcom = 0.8;
+constexpr double kThresholdOther = 0.1;
+constexpr double kSearchLimit = 0.2;
+constexpr double kKnee = 0.4;
+constexpr double kKneeSpan = 0.6;
+constexpr double kMinPeakRatio = 0.55;
+constexpr double kPeakCeiling = 65535.0;
+
+using Table = double[kLutLevels][3];
+
+// The first green entry above the search limit, at or after nIndex, moves
+// the threshold up to that level.
+double FindThreshold(const uint16_t* lut, double scaleTH, int nIndex) {
+    for (int i = nIndex; i < kLutLevels; ++i) {
+        const auto level = static_cast<float>(lut[LutIndex(1, i)] / kLutFullScale);
+        if (static_cast<double>(level) > kSearchLimit) return static_cast<double>(static_cast<float>(i)) / 255.0;
+    }
+    return scaleTH;
+}
+
+// A factor that is not a number or that reaches below the table maps to its first entry.
+int ResampleIndex(int i, double k) { return std::clamp(HalfUp(i * k), 0, kLutLevels - 1); }
+
+void LiftDimPeak(uint16_t* lut, Table& result) {
+    const double top = std::min({static_cast<double>(lut[LutIndex(2, 255)]), static_cast<double>(lut[LutIndex(1, 255)]),
+                                 static_cast<double>(lut[LutIndex(0, 255)]), kPeakCeiling});
+    const double peak = top / kLutFullScale;
+    if (!(kMinPeakRatio > peak)) return;
+    const double factor = kMinPeakRatio / peak;
+    for (int i = 0; i < kLutLevels; ++i) {
+        for (int c = 0; c < kLutPlanes; ++c) {
+            double v = result[i][c] * factor;
+            if (v > kLutFullScale) v = kLutFullScale;  // leaves 0 x infinity (not a number) as it is
+            result[i][c] = v;
+            lut[LutIndex(c, i)] = static_cast<uint16_t>(TruncToInt(v));
+        }
+    }
+}
+
+}  // namespace
+
+int32_t LutBrightCtrl(uint16_t* lut, uint32_t lutApiType, double scale) {
+    DebugMessage(L"; VOK: ##Enter LutBrightCtrl()##\n");
+    double scaleTH = lutApiType == CCT_LUT_API_QCOM ? kThresholdQcom : kThresholdOther;
+    const int nIndex = TruncToInt(scaleTH * 255.0 + 0.5);
+    DebugPrint("scale: %f, Scale TH: %f, nIndex: %d\n", scale, scaleTH, nIndex);
+    scaleTH = FindThreshold(lut, scaleTH, nIndex);
+
+    Table source;
+    for (int i = 0; i < kLutLevels; ++i)
+        for (int c = 0; c < kLutPlanes; ++c)
+            source[i][c] = lut[LutIndex(c, i)];
+
+    const double k = (std::clamp(scale, 0.0, 1.0) - kKnee) * (1.0 - scaleTH) / kKneeSpan + scaleTH;
+    Table result;
+    for (int i = 0; i < kLutLevels; ++i) {
+        const int j = ResampleIndex(i, k);
+        for (int c = 0; c < kLutPlanes; ++c) result[i][c] = source[j][c];
+    }
+    for (int i = 0; i < kLutLevels; ++i)
+        for (int c = 0; c < kLutPlanes; ++c)
+            lut[LutIndex(c, i)] = static_cast<uint16_t>(TruncToInt(result[i][c]));
+
+    if (lutApiType == CCT_LUT_API_QCOM) LiftDimPeak(lut, result);
+    DebugMessage(L"; VOK: ##Exit  LutBrightCtrl()##\n");
+    return 0;
+}
+
+}  // namespace quarnel

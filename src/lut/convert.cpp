@@ -1,0 +1,146 @@
+#include "lut/convert.h"
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+#include "color/half_up.h"
+#include "diag/debug.h"
+#include "lut/lut16.h"
+#include "lut/srgb.h"
+#include "quarnel/cctapi.h"
+
+namespace quarnel {
+namespace {
+
+constexpr int kNvPoints = 1024;
+constexpr int kNvFloatsPerArray = kNvPoints * 3;
+constexpr double kMax16 = 65535.0;
+
+struct Triple {
+    double v[3];
+};
+using Working = std::vector<Triple>;
+
+Working LoadWorking(const uint16_t* inLut) {
+    Working w(kLutLevels);
+    for (int i = 0; i < kLutLevels; ++i)
+        for (int c = 0; c < kLutPlanes; ++c) w[static_cast<std::size_t>(i)].v[c] = inLut[LutIndex(c, i)];
+    return w;
+}
+
+// Resamples the table through the sRGB encoding curve; every lookup reads
+// the unscaled source values.
+Working ResampleThroughSrgb(const Working& w) {
+    Working out(kLutLevels);
+    for (int i = 0; i < kLutLevels; ++i) {
+        const double p = SrgbEncode(i / 255.0) * 255.0;
+        const double lo = std::clamp(std::floor(p), 0.0, 255.0);
+        const double hi = std::min(255.0, std::ceil(p));
+        const double f = p - lo;
+        const double d = hi - lo;
+        const Triple& a = w[static_cast<std::size_t>(lo)];
+        const Triple& b = w[static_cast<std::size_t>(hi)];
+        for (int c = 0; c < 3; ++c) out[static_cast<std::size_t>(i)].v[c] = d != 0.0 ? a.v[c] + (b.v[c] - a.v[c]) / d * f : b.v[c];
+    }
+    return out;
+}
+
+void WriteIgcl(const Working& w, double* outIgcl) {
+    for (int i = 0; i < kLutLevels; ++i)
+        for (int c = 0; c < kLutPlanes; ++c) outIgcl[LutIndex(c, i)] = w[static_cast<std::size_t>(i)].v[c] / kLutFullScale;
+}
+
+void WriteNvPreGamma(float* pre, float* post) {
+    for (int j = 0; j < kNvPoints; ++j) {
+        const auto x = static_cast<float>(static_cast<double>(static_cast<float>(j)) / 1023);
+        const auto y = static_cast<float>(SrgbDecode(static_cast<double>(x)));
+        for (int c = 0; c < 3; ++c) {
+            pre[j * 3 + c] = y;
+            post[j * 3 + c] = 0.0f;
+        }
+    }
+}
+
+void WriteNvPostGamma(const Working& normalised, float* post) {
+    for (int j = 0; j < kNvPoints; ++j) {
+        const auto q = static_cast<float>(j * 255.0 / 1023.0);
+        const float lo = std::floor(q);
+        const float hi = std::ceil(q);
+        float d = hi - lo;
+        if (d == 0.0f) d = 1.0f;
+        const float f = (q - lo) / d;
+        const Triple& a = normalised[static_cast<std::size_t>(lo)];
+        const Triple& b = normalised[static_cast<std::size_t>(hi)];
+        for (int c = 0; c < 3; ++c) post[j * 3 + c] = static_cast<float>(a.v[c] + (b.v[c] - a.v[c]) * static_cast<double>(f));
+    }
+}
+
+void ConvertNvidia(const Working& w, float* outNv) {
+    DebugPrint("Run convert power lut with api type: %d\n", 1);
+    Working p = ResampleThroughSrgb(w);
+    for (Triple& t : p)
+        for (double& v : t.v) v /= kLutFullScale;
+    WriteNvPreGamma(outNv, outNv + kNvFloatsPerArray);
+    WriteNvPostGamma(p, outNv + kNvFloatsPerArray);
+}
+
+void WriteLut16(const Working& w, uint16_t* outLut) {
+    for (int i = 0; i < kLutLevels; ++i) {
+        for (int c = 0; c < kLutPlanes; ++c) {
+            const int v = HalfUp(w[static_cast<std::size_t>(i)].v[c]);
+            outLut[LutIndex(c, i)] = static_cast<uint16_t>(std::clamp(v, 0, static_cast<int>(kMax16)));
+        }
+    }
+}
+
+int32_t CheckPointers(const uint16_t* inLut, const uint16_t* outLut, const double* outIgcl, const float* outNv) {
+    if (inLut == nullptr) {
+        DebugPrint("; VOK: Null input pointer \"inLut\"!!!\n");
+        return CCT_ERR_NULL_LUT;
+    }
+    if (outLut == nullptr || outIgcl == nullptr || outNv == nullptr) {
+        DebugPrint("; VOK: Null input pointer \"outLut\"!!!\n");
+        return CCT_ERR_NULL_LUT;
+    }
+    return CCT_OK;
+}
+
+int32_t ConvertChecked(int32_t lutApiType, const uint16_t* inLut, uint16_t* outLut, double* outIgcl, float* outNv) {
+    if (lutApiType < CCT_LUT_API_PLAIN || lutApiType > CCT_LUT_API_PLAIN_ALT) {
+        DebugPrint("; VOK: Invalid lutApiType(%d)!!!\n", lutApiType);
+        return CCT_ERR_LUT_API_TYPE;
+    }
+    if (lutApiType == CCT_LUT_API_QCOM) return CCT_OK;  // the driver takes the 16-bit LUT as it stands
+    const int32_t status = CheckPointers(inLut, outLut, outIgcl, outNv);
+    if (status != CCT_OK) return status;
+
+    const Working w = LoadWorking(inLut);
+    switch (lutApiType) {
+        case CCT_LUT_API_IGCL:
+            WriteIgcl(w, outIgcl);
+            break;
+        case CCT_LUT_API_NVIDIA:
+            ConvertNvidia(w, outNv);
+            break;
+        case CCT_LUT_API_SRGB:
+            WriteLut16(ResampleThroughSrgb(w), outLut);
+            break;
+        default:
+            WriteLut16(w, outLut);
+            break;
+    }
+    return CCT_OK;
+}
+
+}  // namespace
+
+int32_t LutConvert(int32_t lutApiType, const uint16_t* inLut, uint16_t* outLut, uint32_t /*lutCount*/,
+                   double* outIgcl, uint32_t /*igclCount*/, float* outNv, uint32_t /*nvCount*/) {
+    DebugMessage(L"; VOK: ##Enter LutConvert()##\n");
+    const int32_t status = ConvertChecked(lutApiType, inLut, outLut, outIgcl, outNv);
+    DebugMessage(L"; VOK: ##Exit  LutConvert()##\n");
+    return status;
+}
+
+}  // namespace quarnel

@@ -1,0 +1,33 @@
+#pragma once
+// Lut16: three planes (red, green, blue) of 256 unsigned 16-bit entries,
+// planar; entry i of a plane is the output for input level i.
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+namespace quarnel {
+
+inline constexpr int kLutLevels = 256;
+inline constexpr int kLutPlanes = 3;
+inline constexpr int kLutEntries = kLutLevels * kLutPlanes;
+
+// 8-bit full scale as a 16-bit entry: the identity ramp is i x 256.
+inline constexpr int kLutStep = 256;
+inline constexpr double kLutFullScale = 65280.0;
+
+using Lut16 = std::array<uint16_t, kLutEntries>;
+
+constexpr std::size_t LutIndex(int plane, int level) {
+    return static_cast<std::size_t>(plane * kLutLevels + level);
+}
+
+inline uint16_t IdentityEntry(int level) { return static_cast<uint16_t>(level * kLutStep); }
+
+// Writes the identity ramp i x 256 into all three planes of `lut`.
+inline void FillIdentity(uint16_t* lut) {
+    for (int c = 0; c < kLutPlanes; ++c)
+        for (int i = 0; i < kLutLevels; ++i) lut[LutIndex(c, i)] = IdentityEntry(i);
+}
+
+}  // namespace quarnel

@@ -1,0 +1,31 @@
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+
+#include "platform/debug_channel.h"
+#include "platform/utf8.h"
+
+namespace quarnel::platform {
+namespace {
+
+// Without a system debugger, the wide messages become UTF-8 lines on standard
+// error, and only when the user asks for them.
+class StderrDebugChannel final : public DebugChannel {
+public:
+    void Write(std::wstring_view text) override {
+        const char* flag = std::getenv("QUARNEL_DEBUG");
+        if (flag == nullptr || std::strcmp(flag, "1") != 0) return;
+        const std::string utf8 = ToUtf8(text);
+        std::fwrite(utf8.data(), 1, utf8.size(), stderr);
+    }
+};
+
+}  // namespace
+
+DebugChannel& SystemDebugChannel() {
+    static StderrDebugChannel channel;
+    return channel;
+}
+
+}  // namespace quarnel::platform

@@ -1,0 +1,5 @@
+#include <gtest/gtest.h>
+
+#include "diag/trace.h"
+
+TEST(Trace, Placeholder) { SUCCEED(); }

@@ -1,0 +1,30 @@
+#include "support/capture.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+
+namespace quarnel::test {
+
+DebugCapture::DebugCapture() : scope_(*this) {}
+
+void DebugCapture::Write(std::wstring_view text) { messages_.emplace_back(text); }
+
+std::wstring DebugCapture::joined() const {
+    std::wstring all;
+    for (const auto& m : messages_) all += m;
+    return all;
+}
+
+std::string BeginStdoutCapture() {
+    std::fflush(stdout);
+    testing::internal::CaptureStdout();
+    return {};
+}
+
+std::string EndStdoutCapture() {
+    std::fflush(stdout);
+    return testing::internal::GetCapturedStdout();
+}
+
+}  // namespace quarnel::test
