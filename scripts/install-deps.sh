@@ -1,0 +1,24 @@
+#!/usr/bin/env bash
+# Installs the Debian packages a build needs, only those that are missing.
+# Usage: scripts/install-deps.sh [native] [windows] [fuzz]
+set -euo pipefail
+
+declare -A groups=(
+  [native]="g++ cmake ninja-build libgtest-dev libgmock-dev googletest libbenchmark-dev"
+  [windows]="g++-mingw-w64-x86-64 wine wine64 googletest cmake ninja-build"
+  [fuzz]="clang libclang-rt-14-dev cmake ninja-build"
+)
+
+wanted=()
+for group in "${@:-native}"; do
+  for pkg in ${groups[$group]}; do
+    dpkg-query -W -f='${Status}' "$pkg" 2>/dev/null | grep -q "install ok installed" || wanted+=("$pkg")
+  done
+done
+[ ${#wanted[@]} -eq 0 ] && exit 0
+
+sudo=""
+[ "$(id -u)" -ne 0 ] && sudo="sudo"
+export DEBIAN_FRONTEND=noninteractive
+$sudo apt-get update -qq
+$sudo apt-get install -y -qq --no-install-recommends "${wanted[@]}" >/dev/null

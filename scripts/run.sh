@@ -1,0 +1,8 @@
+#!/usr/bin/env bash
+# Builds the quarnel tool (release) and runs it; arguments go to the tool.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+scripts/install-deps.sh native
+cmake --preset release >/dev/null
+cmake --build --preset release --target quarnel_tool >/dev/null
+exec build/release/tools/quarnel/quarnel "$@"

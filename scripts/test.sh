@@ -1,0 +1,6 @@
+#!/usr/bin/env bash
+# Builds the library, the tool and the test suite (release) and runs the tests.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+scripts/install-deps.sh native
+cmake --workflow --preset release
