@@ -1,20 +1,156 @@
 #include <gtest/gtest.h>
 
+#include <cstring>
+#include <filesystem>
 #include <memory>
 
+#include "api/request.h"
+#include "lut/default_lut.h"
+#include "platform/trace_file.h"
 #include "quarnel/cctapi.h"
 #include "support/capture.h"
+#include "support/temp_dir.h"
 
+namespace quarnel {
 namespace {
 
-std::unique_ptr<CctContext> NewContext() { return std::make_unique<CctContext>(); }
+// A context whose every byte is set, so that any write shows up.
+std::unique_ptr<CctContext> FilledContext() {
+    auto ctx = std::make_unique<CctContext>();
+    std::memset(static_cast<void*>(ctx.get()), 0x5A, sizeof(CctContext));
+    ctx->kalzenPath = nullptr;
+    ctx->kalzenFilename = nullptr;
+    ctx->lutApiType = 0;
+    ctx->enableUserK = 0;
+    ctx->gammaK = 0;
+    for (int r = 0; r < 4; ++r)
+        for (int c = 0; c < 3; ++c) ctx->icc[r][c] = r * 3 + c + 0.5;
+    return ctx;
+}
 
-TEST(Dispatcher, RequestZeroStoresVersion) {
-    auto ctx = NewContext();
-    ctx->cctWarning = 77;
-    EXPECT_EQ(CCTAPI(0, ctx.get()), 0);
-    EXPECT_EQ(ctx->version, 0x00080B00u);
-    EXPECT_EQ(ctx->cctWarning, 77);
+// What the prologue always leaves behind: the identity float ramps.
+void ExpectPrologueRamps(CctContext& expected) {
+    for (int j = 0; j < 1024; ++j)
+        for (int c = 0; c < 3; ++c) expected.outNvPreGamma[j][c] = expected.outNvPostGamma[j][c] = static_cast<float>(j / 1023.0);
+}
+
+bool SameBytes(const CctContext& a, const CctContext& b) { return std::memcmp(&a, &b, sizeof(CctContext)) == 0; }
+
+int32_t Call(uint32_t code, CctContext* ctx) {
+    int32_t status = 0;
+    test::CaptureStdout([&] { status = CCTAPI(code, ctx); });
+    return status;
+}
+
+TEST(Dispatcher, VersionRequestReturnsBeforeTheEpilogue) {
+    for (uint32_t code : {0u, 0x80u, 0x40u, 0xC0u}) {
+        auto ctx = FilledContext();
+        CctContext expected = *ctx;
+        ExpectPrologueRamps(expected);
+        expected.version = 0x00080B00;
+        test::DebugCapture debug;
+        EXPECT_EQ(Call(code, ctx.get()), 0) << code;
+        EXPECT_TRUE(SameBytes(*ctx, expected)) << code;
+        EXPECT_EQ(debug.joined(), L"; VOK: Enter CCTAPI()\n") << code;
+    }
+}
+
+TEST(Dispatcher, SelfTestChangesOnlyTheFirstIccValue) {
+    auto ctx = FilledContext();
+    CctContext expected = *ctx;
+    ExpectPrologueRamps(expected);
+    expected.cctWarning = 0;
+    expected.icc[0][0] = 2.5 + 1.5;
+    EXPECT_EQ(Call(9999, ctx.get()), 0);
+    EXPECT_TRUE(SameBytes(*ctx, expected));
+}
+
+TEST(Dispatcher, UnknownCodesFailThroughTheEpilogue) {
+    for (uint32_t code : {9u, 998u, 999u, 1000u, 0x102u, 0x1C8u, 10000u, 0x80000000u, 0xFFFFFFFFu}) {
+        auto ctx = FilledContext();
+        CctContext expected = *ctx;
+        ExpectPrologueRamps(expected);
+        expected.cctWarning = 0;
+        test::DebugCapture debug;
+        EXPECT_EQ(Call(code, ctx.get()), CCT_ERR_REQUEST) << code;
+        EXPECT_TRUE(SameBytes(*ctx, expected)) << code;
+        EXPECT_EQ(debug.joined(), L"; VOK: Enter CCTAPI()\n; VOK: Exit  CCTAPI()\n") << code;
+    }
+}
+
+TEST(Dispatcher, NullContextFailsWithoutTouchingAnything) { EXPECT_EQ(CCTAPI(8, nullptr), CCT_ERR_REQUEST); }
+
+TEST(Dispatcher, NativeModeWritesTheDefaultLutOfEveryType) {
+    for (int32_t type : {0, 1, 2, 3, 4, 5, 6, -1}) {
+        auto viaDefault = FilledContext();
+        viaDefault->lutApiType = type;
+        ExpectPrologueRamps(*viaDefault);
+        viaDefault->cctWarning = 0;
+        int32_t expectedStatus = 0;
+        test::CaptureStdout([&] {
+            expectedStatus = GetDefaultLut(type, &viaDefault->outLut[0][0], &viaDefault->outIgcl[0][0],
+                                           &viaDefault->outNvPreGamma[0][0]);
+        });
+        for (uint32_t code : {8u, 0x88u, 0x48u}) {
+            auto ctx = FilledContext();
+            ctx->lutApiType = type;
+            test::DebugCapture debug;
+            int32_t status = 0;
+            const std::string printed = test::CaptureStdout([&] { status = CCTAPI(code, ctx.get()); });
+            EXPECT_EQ(status, expectedStatus) << type;
+            EXPECT_TRUE(SameBytes(*ctx, *viaDefault)) << type << " code " << code;
+            EXPECT_NE(printed.find("GetDefaultLut  result = " + std::to_string(expectedStatus) + "\n"), std::string::npos);
+            EXPECT_EQ(debug.messages().front(), L"; VOK: Enter CCTAPI()\n");
+            EXPECT_EQ(debug.messages()[1], L"; VOK: Enter CCTAPI_NATIVE_MODE\n");
+            EXPECT_EQ(debug.messages().back(), L"; VOK: Exit  CCTAPI()\n");
+        }
+    }
+}
+
+TEST(Dispatcher, TraceFileIsNeverCreated) {
+    test::TempDir dir;
+    const auto path = dir / "CctTrace.txt";
+    platform::ScopedTraceFilePath trace(path.string());
+    auto ctx = FilledContext();
+    Call(8, ctx.get());
+    Call(0, ctx.get());
+    EXPECT_FALSE(std::filesystem::exists(path));
+}
+
+TEST(Dispatcher, ExistingTraceFileHoldsOnlyTheLastCall) {
+    test::TempDir dir;
+    const auto path = dir / "CctTrace.txt";
+    test::WriteFile(path, "old content\n");
+    platform::ScopedTraceFilePath trace(path.string());
+    auto ctx = FilledContext();
+    Call(8, ctx.get());
+    const std::string first = test::ReadFile(path);
+    EXPECT_EQ(first.rfind("==========================================\nCCTAPI_NATIVE_MODE ", 0), 0u);
+    Call(1000, ctx.get());
+    EXPECT_EQ(test::ReadFile(path), "");
+}
+
+TEST(RegammaCurve, FollowsTheSinglePrecisionPowerLaw) {
+    const Lut16 curve = BuildRegammaCurve();
+    const struct {
+        int level;
+        uint16_t value;
+    } cases[] = {{0, 0}, {1, 93}, {64, 12742}, {128, 28908}, {254, 64977}, {255, 65280}};
+    for (const auto& tc : cases)
+        for (int c = 0; c < 3; ++c) EXPECT_EQ(curve[LutIndex(c, tc.level)], tc.value) << tc.level;
+}
+
+TEST(RequestDecoding, FlagsAreStrippedAndOtherBitsKept) {
+    const struct {
+        uint32_t code, number, regamma, gain;
+    } cases[] = {{0x82, 2, 0x80, 0}, {0x42, 2, 0, 0x40}, {0xC2, 2, 0x80, 0x40}, {0x102, 0x102, 0, 0}, {0x1C2, 0x102, 0x80, 0x40}};
+    for (const auto& tc : cases) {
+        const Request r = DecodeRequest(tc.code);
+        EXPECT_EQ(r.number, tc.number);
+        EXPECT_EQ(r.regammaFlag, tc.regamma);
+        EXPECT_EQ(r.gainFlag, tc.gain);
+    }
 }
 
 }  // namespace
+}  // namespace quarnel
