@@ -16,10 +16,9 @@ std::wstring DebugCapture::joined() const {
     return all;
 }
 
-std::string BeginStdoutCapture() {
+void BeginStdoutCapture() {
     std::fflush(stdout);
     testing::internal::CaptureStdout();
-    return {};
 }
 
 std::string EndStdoutCapture() {

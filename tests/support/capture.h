@@ -21,13 +21,10 @@ private:
     platform::ScopedDebugChannel scope_;
 };
 
-// Runs `fn` and returns what it printed on standard output.
-template <typename Fn>
-std::string CaptureStdout(Fn&& fn);
-
-std::string BeginStdoutCapture();
+void BeginStdoutCapture();
 std::string EndStdoutCapture();
 
+// Runs `fn` and returns what it printed on standard output.
 template <typename Fn>
 std::string CaptureStdout(Fn&& fn) {
     BeginStdoutCapture();
