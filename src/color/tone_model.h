@@ -1,0 +1,34 @@
+#pragma once
+// ToneModel: the factory tone measurements of version-5 and later calibration
+// data, filled by the calibration source and turned into the factory gamma
+// table by the gain initialisation.
+
+#include <array>
+#include <cstdint>
+
+namespace quarnel {
+
+inline constexpr int kToneLevelCount = 7;
+// Drive levels of the seven measurements per primary, in order.
+inline constexpr std::array<int32_t, kToneLevelCount> kToneLevels{0, 42, 86, 128, 168, 210, 255};
+// Seven levels x (X, Y, Z).
+inline constexpr int kToneValuesPerChannel = kToneLevelCount * 3;
+
+using ToneChannel = std::array<double, kToneValuesPerChannel>;
+using GammaTable = std::array<std::array<int32_t, 3>, 256>;  // [input level][red, green, blue]
+
+struct ToneModel {
+    int32_t levelCount = 0;
+    std::array<int32_t, kToneLevelCount> levels{};
+    // Per channel: black XYZ, five grey levels x XYZ, then the full-drive XYZ.
+    ToneChannel toneR{};
+    ToneChannel toneG{};
+    ToneChannel toneB{};
+    int32_t toneModelReady = 0;
+    // 0 selects the sRGB transfer; any other value a pure power law.
+    double targetGamma = 0.0;
+    int32_t blackThreshold = 0;
+    GammaTable gammaTable{};
+};
+
+}  // namespace quarnel
