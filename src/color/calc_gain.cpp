@@ -66,8 +66,8 @@ void FallBackToNative(GainSolverState& s, GainRequest& r) {
 
 int32_t SaturatedSum(int32_t a, int32_t b) {
     const int64_t sum = int64_t{a} + int64_t{b};
-    return static_cast<int32_t>(std::clamp<int64_t>(sum, std::numeric_limits<int32_t>::min(),
-                                                    std::numeric_limits<int32_t>::max()));
+    return static_cast<int32_t>(
+        std::clamp<int64_t>(sum, std::numeric_limits<int32_t>::min(), std::numeric_limits<int32_t>::max()));
 }
 
 void PlaceOnLocus(GainSolverState& s, uint32_t locus, int32_t kelvin) {
@@ -187,8 +187,8 @@ bool KeepAboveFloor(GainSolverState& s, GainRequest& r) {
 // Steps 1 to 13 of a solve; false when it has to end in native white.
 bool Solve(GainSolverState& s, GainRequest& r) {
     const double whiteY = r.primaryXyz[kWhite][kColumnY];
-    const double primariesY = r.primaryXyz[kRed][kColumnY] + r.primaryXyz[kGreen][kColumnY] +
-                              r.primaryXyz[kBlue][kColumnY];
+    const double primariesY =
+        r.primaryXyz[kRed][kColumnY] + r.primaryXyz[kGreen][kColumnY] + r.primaryXyz[kBlue][kColumnY];
     if (whiteY == 0.0 || primariesY == 0.0) {
         s.flags |= kGainZeroSum;
         return false;

@@ -33,12 +33,9 @@ constexpr double kQuad1 = 0.002305;
 constexpr double kQuad0 = 0.000799;
 
 constexpr Segment kSegments[] = {
-    {0, kToneLevels[0], kToneLevels[1], 2.2},
-    {1, kToneLevels[1] + 1, kToneLevels[2] - 1, 0.0},
-    {2, kToneLevels[2], kToneLevels[3], 1.17},
-    {3, kToneLevels[3], kToneLevels[4], 1.12},
-    {4, kToneLevels[4], kToneLevels[5], 1.09},
-    {5, kToneLevels[5], kToneLevels[6], 1.08},
+    {0, kToneLevels[0], kToneLevels[1], 2.2},  {1, kToneLevels[1] + 1, kToneLevels[2] - 1, 0.0},
+    {2, kToneLevels[2], kToneLevels[3], 1.17}, {3, kToneLevels[3], kToneLevels[4], 1.12},
+    {4, kToneLevels[4], kToneLevels[5], 1.09}, {5, kToneLevels[5], kToneLevels[6], 1.08},
 };
 
 double Measured(const ToneChannel& tone, int level, int column) {
@@ -62,7 +59,9 @@ double TargetLinear(double s, double targetGamma) {
 // Walks from `k` toward the code whose response is nearest `aim`, one step
 // at a time while the neighbour is strictly nearer.
 int NearestCode(const ResponseCurve& curve, int column, double aim, int k) {
-    auto miss = [&](int code) { return std::fabs(curve[static_cast<std::size_t>(code)][static_cast<std::size_t>(column)] - aim); };
+    auto miss = [&](int code) {
+        return std::fabs(curve[static_cast<std::size_t>(code)][static_cast<std::size_t>(column)] - aim);
+    };
     const double d = curve[static_cast<std::size_t>(k)][static_cast<std::size_t>(column)] - aim;
     if (d > 0.0)
         while (k >= 1 && miss(k - 1) < miss(k)) --k;

@@ -10,9 +10,9 @@
 
 namespace quarnel {
 
-using ColumnExponents = std::array<double, 3>;                   // X, Y, Z
-using ResponseCurve = std::array<std::array<double, 3>, 256>;     // [drive code][X, Y, Z]
-using ColumnLookup = std::array<std::array<int32_t, 3>, 256>;     // [input level][X, Y, Z] -> drive code
+using ColumnExponents = std::array<double, 3>;                 // X, Y, Z
+using ResponseCurve = std::array<std::array<double, 3>, 256>;  // [drive code][X, Y, Z]
+using ColumnLookup = std::array<std::array<int32_t, 3>, 256>;  // [input level][X, Y, Z] -> drive code
 
 // The first value above this becomes the top of the straight black ramp.
 inline constexpr int32_t kFactoryBlackThreshold = 30;

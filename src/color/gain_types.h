@@ -8,7 +8,7 @@ namespace quarnel {
 
 // Status bits of GainSolverState::flags, copied into GainRequest::warnFlags.
 inline constexpr uint32_t kGainNullRequest = 0x1;
-inline constexpr uint32_t kGainZeroSum = 0x2;  // zero white or primary luminance, or a row summing to 0
+inline constexpr uint32_t kGainZeroSum = 0x2;   // zero white or primary luminance, or a row summing to 0
 inline constexpr uint32_t kGainFellBack = 0x4;  // result is native white, gains 1, 1, 1
 inline constexpr uint32_t kGainUnknownTargetMode = 0x8;
 inline constexpr uint32_t kGainUnknownLocus = 0x10;  // offset daylight used instead

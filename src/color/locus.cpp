@@ -17,8 +17,7 @@ constexpr double kPlanckianXMin = 4000.0;
 constexpr double kPlanckianXMax = 25000.0;
 constexpr double kDaylightOffsetUv = 0.003;
 
-int32_t ClampFlagged(GainSolverState& state, int32_t v, int32_t lo, int32_t hi, uint32_t belowBit,
-                     uint32_t aboveBit) {
+int32_t ClampFlagged(GainSolverState& state, int32_t v, int32_t lo, int32_t hi, uint32_t belowBit, uint32_t aboveBit) {
     if (v < lo) {
         state.flags |= belowBit;
         return lo;
@@ -63,8 +62,8 @@ Xy DaylightLocusXy(GainSolverState& state, int32_t kelvin) {
 }
 
 Xy PlanckianLocusXy(GainSolverState& state, int32_t kelvin) {
-    const int32_t t = ClampFlagged(state, kelvin, kPlanckianMin, kPlanckianMax, kGainPlanckianBelow,
-                                   kGainPlanckianAbove);
+    const int32_t t =
+        ClampFlagged(state, kelvin, kPlanckianMin, kPlanckianMax, kGainPlanckianBelow, kGainPlanckianAbove);
     double tx = t;
     if (tx < kPlanckianXMin) {
         state.flags |= kGainDaylightBelow;
@@ -89,8 +88,8 @@ Xy PlanckianLocusXy(GainSolverState& state, int32_t kelvin) {
 }
 
 void OffsetDaylightLocusXy(GainSolverState& state, int32_t kelvin, Xy& out) {
-    const int32_t t = ClampFlagged(state, kelvin, kDaylightMin, kDaylightMax, kGainOffsetDaylightBelow,
-                                   kGainOffsetDaylightAbove);
+    const int32_t t =
+        ClampFlagged(state, kelvin, kDaylightMin, kDaylightMax, kGainOffsetDaylightBelow, kGainOffsetDaylightAbove);
     const Uv p = ToUv(PlanckianLocusXy(state, t));
     const Uv d = ToUv(DaylightLocusXy(state, t));
     const Uv dir{d.u - p.u, d.v - p.v};

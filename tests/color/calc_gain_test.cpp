@@ -58,30 +58,61 @@ TEST(CalcGain, EachFailureFallsBackToNativeWithItsStatus) {
         GainRequest request;
         uint32_t flags;
     } cases[] = {
-        {"zero white Y", [] { auto r = Daylight(test::SrgbPanel(), 6500); r.primaryXyz[kWhite][1] = 0.0; return r; }(),
+        {"zero white Y",
+         [] {
+             auto r = Daylight(test::SrgbPanel(), 6500);
+             r.primaryXyz[kWhite][1] = 0.0;
+             return r;
+         }(),
          kGainZeroSum | kGainFellBack},
-        {"zero primaries Y", [] {
+        {"zero primaries Y",
+         [] {
              auto r = Daylight(test::SrgbPanel(), 6500);
              for (int row = kRed; row <= kBlue; ++row) r.primaryXyz[row][1] = 0.0;
              return r;
-         }(), kGainZeroSum | kGainFellBack},
+         }(),
+         kGainZeroSum | kGainFellBack},
         // the reddened white also lies beyond the reported temperatures
-        {"native outside", [] { auto r = Daylight(test::SrgbPanel(), 6500); r.primaryXyz[kWhite][0] = 5.0; return r; }(),
+        {"native outside",
+         [] {
+             auto r = Daylight(test::SrgbPanel(), 6500);
+             r.primaryXyz[kWhite][0] = 5.0;
+             return r;
+         }(),
          kGainNativeOutside | kGainCctAbove | kGainFellBack},
-        {"unknown mode", [] { auto r = Daylight(test::SrgbPanel(), 6500); r.targetMode = 3; return r; }(),
+        {"unknown mode",
+         [] {
+             auto r = Daylight(test::SrgbPanel(), 6500);
+             r.targetMode = 3;
+             return r;
+         }(),
          kGainUnknownTargetMode | kGainFellBack},
-        {"floor at native", [] { auto r = Daylight(test::SrgbPanel(), 9300); r.lumMode = 2; return r; }(),
+        {"floor at native",
+         [] {
+             auto r = Daylight(test::SrgbPanel(), 9300);
+             r.lumMode = 2;
+             return r;
+         }(),
          kGainFloorClamped | kGainFellBack},
-        {"floor above native", [] { auto r = Daylight(test::SrgbPanel(), 9300); r.lumMode = 3; r.lumDrop = -5.0; return r; }(),
+        {"floor above native",
+         [] {
+             auto r = Daylight(test::SrgbPanel(), 9300);
+             r.lumMode = 3;
+             r.lumDrop = -5.0;
+             return r;
+         }(),
          kGainFloorClamped | kGainFellBack},
         // the only locus point at the native temperature lies outside the small triangle
-        {"walk meets native", [] {
+        {"walk meets native",
+         [] {
              auto r = test::GreenishPanel();
              r.targetMode = kTargetNativeOffset;
              r.locus = kLocusOffsetDaylight;
              return r;
-         }(), kGainWalkStep | kGainFellBack},
-        {"walk out of steps", Daylight(test::GreenishPanel(), 13000), kGainWalkStep | kGainWalkExhausted | kGainFellBack},
+         }(),
+         kGainWalkStep | kGainFellBack},
+        {"walk out of steps", Daylight(test::GreenishPanel(), 13000),
+         kGainWalkStep | kGainWalkExhausted | kGainFellBack},
     };
     for (auto& tc : cases) {
         tc.request.warnFlags = 0xFFFFu;

@@ -13,11 +13,11 @@ namespace {
 TEST(CctFromXy, MatchesPublishedTemperaturesWithTheSystemsCubic) {
     struct Case {
         Xy p;
-        int32_t system;     // with the cubic 437, 3601, 6831, 5517
-        double published;   // McCamy's published set
-        double allowance;   // the two cubics part by this much here
+        int32_t system;    // with the cubic 437, 3601, 6831, 5517
+        double published;  // McCamy's published set
+        double allowance;  // the two cubics part by this much here
     } cases[] = {
-        {{0.31271, 0.32902}, 6503, 6504.0, 5.0},  // D65
+        {{0.31271, 0.32902}, 6503, 6504.0, 5.0},   // D65
         {{0.44757, 0.40745}, 2872, 2856.0, 20.0},  // illuminant A
     };
     for (const auto& tc : cases) {
@@ -52,12 +52,11 @@ TEST(Loci, MatchPublishedChromaticities) {
         int32_t kelvin;
         Xy published;
     } cases[] = {
-        {DaylightLocusXy, 5003, {0.34567, 0.35850}},   // D50
-        {DaylightLocusXy, 6504, {0.31271, 0.32902}},   // D65
-        {DaylightLocusXy, 7504, {0.29902, 0.31485}},   // D75
-        {PlanckianLocusXy, 5000, {0.3451, 0.3516}},    // black body
-        {PlanckianLocusXy, 6500, {0.3135, 0.3237}},
-        {PlanckianLocusXy, 10000, {0.2807, 0.2884}},
+        {DaylightLocusXy, 5003, {0.34567, 0.35850}},  // D50
+        {DaylightLocusXy, 6504, {0.31271, 0.32902}},  // D65
+        {DaylightLocusXy, 7504, {0.29902, 0.31485}},  // D75
+        {PlanckianLocusXy, 5000, {0.3451, 0.3516}},   // black body
+        {PlanckianLocusXy, 6500, {0.3135, 0.3237}},  {PlanckianLocusXy, 10000, {0.2807, 0.2884}},
     };
     for (const auto& tc : cases) {
         GainSolverState s;
@@ -100,7 +99,8 @@ TEST(Loci, ReportEveryClamp) {
         tc.locus(s, tc.kelvin);
         EXPECT_EQ(s.flags, tc.flags) << tc.kelvin;
     }
-    for (auto [kelvin, flags] : {std::pair{3000, kGainOffsetDaylightBelow}, std::pair{30000, kGainOffsetDaylightAbove}}) {
+    for (auto [kelvin, flags] :
+         {std::pair{3000, kGainOffsetDaylightBelow}, std::pair{30000, kGainOffsetDaylightAbove}}) {
         GainSolverState s;
         Xy out;
         OffsetDaylightLocusXy(s, kelvin, out);
@@ -132,9 +132,9 @@ TEST(IsInsideGamut, EdgesAndVerticesAreOutside) {
     s.point[kGreen] = {0.25, 0.625, 1.0};
     s.point[kBlue] = {0.125, 0.0625, 1.0};
     EXPECT_TRUE(IsInsideGamut(s, {0.3125, 0.3125}));
-    EXPECT_FALSE(IsInsideGamut(s, {0.625, 0.25}));      // vertex
-    EXPECT_FALSE(IsInsideGamut(s, {0.375, 0.15625}));   // midpoint of red-blue
-    EXPECT_FALSE(IsInsideGamut(s, {0.4375, 0.4375}));   // midpoint of red-green
+    EXPECT_FALSE(IsInsideGamut(s, {0.625, 0.25}));     // vertex
+    EXPECT_FALSE(IsInsideGamut(s, {0.375, 0.15625}));  // midpoint of red-blue
+    EXPECT_FALSE(IsInsideGamut(s, {0.4375, 0.4375}));  // midpoint of red-green
     EXPECT_FALSE(IsInsideGamut(s, {0.70, 0.30}));
     std::swap(s.point[kRed], s.point[kBlue]);  // either winding
     EXPECT_TRUE(IsInsideGamut(s, {0.3125, 0.3125}));

@@ -28,7 +28,8 @@ GainRequest RandomRequest(Draw& d) {
     GainRequest r;
     const double peak = d.Uniform(150.0, 500.0);
     test::SetRow(r, kRed, {0.64 + d.Uniform(-0.03, 0.03), 0.33 + d.Uniform(-0.02, 0.02), peak * d.Uniform(0.18, 0.26)});
-    test::SetRow(r, kGreen, {0.30 + d.Uniform(-0.03, 0.03), 0.60 + d.Uniform(-0.04, 0.04), peak * d.Uniform(0.6, 0.75)});
+    test::SetRow(r, kGreen,
+                 {0.30 + d.Uniform(-0.03, 0.03), 0.60 + d.Uniform(-0.04, 0.04), peak * d.Uniform(0.6, 0.75)});
     test::SetRow(r, kBlue, {0.15 + d.Uniform(-0.01, 0.01), 0.06 + d.Uniform(-0.02, 0.02), peak * d.Uniform(0.05, 0.1)});
     for (int c = 0; c < 3; ++c)  // any positive mix of the primaries lies inside their triangle
         r.primaryXyz[kWhite][c] = 0.0;
