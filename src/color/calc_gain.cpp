@@ -184,7 +184,8 @@ bool KeepAboveFloor(GainSolverState& s, GainRequest& r) {
     return true;
 }
 
-// Steps 1 to 13 of a solve; false when it has to end in native white.
+// Places, walks and solves the target under the floor; false when the solve
+// has to end in native white.
 bool Solve(GainSolverState& s, GainRequest& r) {
     const double whiteY = r.primaryXyz[kWhite][kColumnY];
     const double primariesY =
