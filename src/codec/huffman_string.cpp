@@ -21,8 +21,7 @@ uint8_t HeaderByte1(int bitsInLastByte) {
 
 void DropPaddingBits(BitSequence& bits, int validBitsInLastByte) {
     if (validBitsInLastByte < 1 || validBitsInLastByte >= kBitsPerByte) return;
-    const auto padding = static_cast<std::size_t>(kBitsPerByte - validBitsInLastByte);
-    bits.resize(bits.size() - std::min(padding, bits.size()));
+    for (int k = validBitsInLastByte; k < kBitsPerByte && !bits.empty(); ++k) bits.pop_back();
 }
 
 bool PositionZeroIsZero(const Differences& d) {
