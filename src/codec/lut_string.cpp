@@ -37,13 +37,8 @@ bool DecodeString(const uint8_t* string, int32_t count, int32_t method, Differen
 }
 
 }  // namespace
-}  // namespace quarnel::codec
 
-using namespace quarnel::codec;
-
-extern "C" QUARNEL_API int32_t LUT2BIOS(const uint16_t* lut, uint32_t maxSize, uint8_t* out, int32_t outCapacity,
-                                        uint32_t* method) {
-    if (lut == nullptr || out == nullptr || method == nullptr) return kStringFailed;
+int32_t StoreLut(const uint16_t* lut, uint32_t maxSize, uint8_t* out, int32_t outCapacity, uint32_t* method) {
     *method = kMethodPositionLists;
     const auto d = MakeDifferences(lut);
     if (!d) return kStringFailed;
@@ -61,13 +56,25 @@ extern "C" QUARNEL_API int32_t LUT2BIOS(const uint16_t* lut, uint32_t maxSize, u
     return 0;
 }
 
-extern "C" QUARNEL_API int32_t BIOS2LUT(uint16_t* lut, const uint8_t* string, int32_t count, int32_t method) {
-    if (lut == nullptr || string == nullptr) return kStringFailed;
+int32_t LoadLut(uint16_t* lut, const uint8_t* string, int32_t count, int32_t method) {
     Differences d;
     d.fill(1);
     if (!DecodeString(string, count, method, d)) return kStringFailed;
     const auto values = SumDifferences(d);
-    if (!values || count != quarnel::kLutEntries) return kStringFailed;
+    if (!values || count != kLutEntries) return kStringFailed;
     std::copy(values->begin(), values->end(), lut);
     return 0;
+}
+
+}  // namespace quarnel::codec
+
+extern "C" QUARNEL_API int32_t LUT2BIOS(const uint16_t* lut, uint32_t maxSize, uint8_t* out, int32_t outCapacity,
+                                        uint32_t* method) {
+    if (lut == nullptr || out == nullptr || method == nullptr) return quarnel::codec::kStringFailed;
+    return quarnel::codec::StoreLut(lut, maxSize, out, outCapacity, method);
+}
+
+extern "C" QUARNEL_API int32_t BIOS2LUT(uint16_t* lut, const uint8_t* string, int32_t count, int32_t method) {
+    if (lut == nullptr || string == nullptr) return quarnel::codec::kStringFailed;
+    return quarnel::codec::LoadLut(lut, string, count, method);
 }
