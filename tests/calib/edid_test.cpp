@@ -133,6 +133,17 @@ TEST(FindEdidValue, TakesOnlyAnExactEdidThatFits) {
     }
 }
 
+// The machine's own displays: whatever they hold, the fill pass walks the
+// same devices as the count pass and adds nothing to the count.
+TEST(GetEdidData, CountsAndFillsTheSystemsOwnDisplays) {
+    int32_t count = 0;
+    EXPECT_EQ(GetEdidData(nullptr, count), 0);
+    ASSERT_GE(count, 0);
+    std::vector<EdidBlock> blocks(static_cast<std::size_t>(count), EdidBlock{});
+    if (count > 0) GetEdidData(blocks.data(), count);
+    EXPECT_EQ(count, static_cast<int32_t>(blocks.size()));
+}
+
 TEST(MonitorHardwareId, TakesTheTextBetweenTheFirstTwoSeparators) {
     struct Case {
         const wchar_t* id;
