@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <bit>
-#include <cstring>
 
 #include "calib/crc16.h"
 #include "diag/debug.h"
