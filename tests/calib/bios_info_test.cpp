@@ -15,7 +15,7 @@
 namespace quarnel {
 namespace {
 
-using test::BlockSpec;
+using test::BlockFields;
 
 constexpr uint16_t kUntouchedEntry = 0x1234;
 
@@ -66,8 +66,8 @@ protected:
             for (auto& entry : plane) entry = kUntouchedEntry;
     }
 
-    void Run(const BlockSpec& spec) {
-        test::WriteFile(dir_ / "panel.bin", test::AsString(test::WriteBlock(spec)));
+    void Run(const BlockFields& fields) {
+        test::WriteFile(dir_ / "panel.bin", test::AsString(test::WriteBlock(fields)));
         test::CaptureStdout([&] { GetBIOSInfo(ctx_, tone_, targets_); });
     }
 
@@ -92,12 +92,12 @@ TEST_F(GetBiosInfo, DecodesTheFactoryGammaLutOfARealLutString) {
         const Encoded encoded = Encode(gamma);
         EXPECT_EQ(encoded.method, busy ? 0u : 1u);
         for (uint8_t version : {uint8_t{6}, uint8_t{7}, uint8_t{8}}) {
-            BlockSpec spec;
-            spec.version = version;
-            spec.useMethod = static_cast<uint8_t>(encoded.method);
-            spec.lutString = encoded.string;
+            BlockFields fields;
+            fields.version = version;
+            fields.useMethod = static_cast<uint8_t>(encoded.method);
+            fields.lutString = encoded.string;
             ctx_.gammaK = 0;
-            Run(spec);
+            Run(fields);
             EXPECT_EQ(ctx_.biosVer, version) << busy;
             EXPECT_EQ(ctx_.gammaK, 1);
             EXPECT_EQ(GammaLut(), gamma) << busy << int{version};
@@ -107,12 +107,12 @@ TEST_F(GetBiosInfo, DecodesTheFactoryGammaLutOfARealLutString) {
 
 TEST_F(GetBiosInfo, FillsTheContextTargetsAndToneModel) {
     test::DebugCapture debug;
-    Run(BlockSpec{});
+    Run(BlockFields{});
     EXPECT_EQ(ctx_.fromBios, 1);
     EXPECT_EQ(ctx_.biosVer, 7);
     EXPECT_EQ(ctx_.gammaK, 1);
-    const BlockSpec spec;
-    for (int i = 0; i < 12; ++i) EXPECT_EQ(ctx_.bios[i / 3][i % 3], static_cast<double>(spec.primaries[static_cast<std::size_t>(i)]));
+    const BlockFields fields;
+    for (int i = 0; i < 12; ++i) EXPECT_EQ(ctx_.bios[i / 3][i % 3], static_cast<double>(fields.primaries[static_cast<std::size_t>(i)]));
     EXPECT_EQ(targets_.valid, 1);
     EXPECT_EQ(targets_.firstWhite[0], static_cast<double>(0.3127f));
     EXPECT_EQ(targets_.firstWhite[1], static_cast<double>(0.329f));
@@ -126,9 +126,9 @@ TEST_F(GetBiosInfo, FillsTheContextTargetsAndToneModel) {
     const ToneChannel* channels[3] = {&tone_.toneR, &tone_.toneG, &tone_.toneB};
     for (int c = 0; c < 3; ++c) {
         const ToneChannel& ch = *channels[c];
-        for (int k = 0; k < 3; ++k) EXPECT_EQ(ch[static_cast<std::size_t>(k)], static_cast<double>(spec.black[static_cast<std::size_t>(k)]));
+        for (int k = 0; k < 3; ++k) EXPECT_EQ(ch[static_cast<std::size_t>(k)], static_cast<double>(fields.black[static_cast<std::size_t>(k)]));
         for (int k = 0; k < 15; ++k)
-            EXPECT_EQ(ch[static_cast<std::size_t>(3 + k)], static_cast<double>(spec.toneLevels[static_cast<std::size_t>(15 * c + k)]));
+            EXPECT_EQ(ch[static_cast<std::size_t>(3 + k)], static_cast<double>(fields.toneLevels[static_cast<std::size_t>(15 * c + k)]));
         for (int k = 0; k < 3; ++k) EXPECT_EQ(ch[static_cast<std::size_t>(18 + k)], ctx_.bios[c][k]);
     }
     EXPECT_EQ(debug.messages().front(), L"VOK: Enter GetBIOSInfo()\n");
@@ -147,9 +147,9 @@ TEST_F(GetBiosInfo, OlderVersionsFillLess) {
         tone_ = ToneModel{};
         targets_ = FactoryTargets{};
         ctx_.gammaK = 0;
-        BlockSpec spec;
-        spec.version = tc.version;
-        Run(spec);
+        BlockFields fields;
+        fields.version = tc.version;
+        Run(fields);
         EXPECT_EQ(ctx_.fromBios, 1);
         EXPECT_EQ(ctx_.biosVer, tc.version);
         EXPECT_EQ(ctx_.bios[3][1], 100.0);
@@ -172,10 +172,10 @@ TEST_F(GetBiosInfo, AnUndecodableLutStringFallsBackToVersion5) {
         {2, {4, 0, 0, 0}},           // no such method
     };
     for (const auto& tc : cases) {
-        BlockSpec spec;
-        spec.useMethod = tc.method;
-        spec.lutString = tc.string;
-        Run(spec);
+        BlockFields fields;
+        fields.useMethod = tc.method;
+        fields.lutString = tc.string;
+        Run(fields);
         EXPECT_EQ(ctx_.fromBios, 1);
         EXPECT_EQ(ctx_.biosVer, 5);
         EXPECT_EQ(ctx_.gammaK, 1);
@@ -189,12 +189,12 @@ TEST_F(GetBiosInfo, NoUsableBlockLeavesNoCalibration) {
         const char* name;
         int32_t userK;
         const char* file;
-        BlockSpec spec;
+        BlockFields fields;
         int32_t error;
     } cases[] = {
-        {"missing file", 1, "absent.bin", BlockSpec{}, -3},
-        {"broken crc", 1, "panel.bin", [] { BlockSpec s; s.breakHeaderCrc = true; return s; }(), -4},
-        {"no firmware device", 0, "panel.bin", BlockSpec{}, 0},
+        {"missing file", 1, "absent.bin", BlockFields{}, -3},
+        {"broken crc", 1, "panel.bin", [] { BlockFields s; s.breakHeaderCrc = true; return s; }(), -4},
+        {"no firmware device", 0, "panel.bin", BlockFields{}, 0},
     };
     for (const auto& tc : cases) {
         CctapiErrorCode() = 0;
@@ -202,7 +202,7 @@ TEST_F(GetBiosInfo, NoUsableBlockLeavesNoCalibration) {
         ctx_.kalzenFilename = tc.file;
         ctx_.fromBios = 1;
         test::DebugCapture debug;
-        Run(tc.spec);
+        Run(tc.fields);
         EXPECT_EQ(ctx_.fromBios, 0) << tc.name;
         EXPECT_EQ(ctx_.biosVer, -1) << tc.name;
         EXPECT_EQ(CctapiErrorCode(), tc.error) << tc.name;

@@ -11,7 +11,7 @@
 namespace quarnel {
 namespace {
 
-using test::BlockSpec;
+using test::BlockFields;
 
 struct Parsed {
     BiosData data;
@@ -27,7 +27,7 @@ Parsed ParseBlock(const std::vector<uint8_t>& block) {
     return p;
 }
 
-Parsed ParseSpec(const BlockSpec& spec) { return ParseBlock(test::WriteBlock(spec)); }
+Parsed ParseSpec(const BlockFields& fields) { return ParseBlock(test::WriteBlock(fields)); }
 
 double Widened(float v) { return static_cast<double>(v); }
 
@@ -46,16 +46,16 @@ TEST(Crc16, MatchesThePublishedCheckValue) {
 TEST(ParseHeader, EveryVersionReadsItsFieldsAtTheirOffsets) {
     for (uint8_t version = 1; version <= 8; ++version) {
         SCOPED_TRACE(version);
-        BlockSpec spec;
-        spec.version = version;
-        const Parsed p = ParseSpec(spec);
+        BlockFields fields;
+        fields.version = version;
+        const Parsed p = ParseSpec(fields);
         ASSERT_TRUE(p.inBounds);
         const BiosData& d = p.data;
         EXPECT_EQ(d.BiosDataStatus, kBiosOk);
         EXPECT_EQ(d.version, version);
         EXPECT_EQ(d.subVersion, 3);
         EXPECT_EQ(d.dataWord, 0x01020304u);  // most significant byte first
-        for (int i = 0; i < 12; ++i) EXPECT_EQ(d.primaries[i / 3][i % 3], Widened(spec.primaries[static_cast<std::size_t>(i)]));
+        for (int i = 0; i < 12; ++i) EXPECT_EQ(d.primaries[i / 3][i % 3], Widened(fields.primaries[static_cast<std::size_t>(i)]));
         EXPECT_TRUE(CheckHeaderCrc(d));
         EXPECT_EQ(d.word60, version >= 2 ? 0xA1B2u : 0u);
         EXPECT_EQ(d.bytes66, (version >= 3 ? std::array<uint8_t, 4>{9, 8, 7, 6} : std::array<uint8_t, 4>{}));
@@ -75,9 +75,9 @@ TEST(ParseHeader, EveryVersionReadsItsFieldsAtTheirOffsets) {
         if (version >= 5) {
             EXPECT_TRUE(CheckToneCrc(d));
             for (int c = 0; c < 3; ++c) {
-                for (int k = 0; k < 3; ++k) EXPECT_EQ(d.tone[c][k], Widened(spec.black[static_cast<std::size_t>(k)]));
+                for (int k = 0; k < 3; ++k) EXPECT_EQ(d.tone[c][k], Widened(fields.black[static_cast<std::size_t>(k)]));
                 for (int k = 0; k < 15; ++k)
-                    EXPECT_EQ(d.tone[c][3 + k], Widened(spec.toneLevels[static_cast<std::size_t>(15 * c + k)]));
+                    EXPECT_EQ(d.tone[c][3 + k], Widened(fields.toneLevels[static_cast<std::size_t>(15 * c + k)]));
             }
         } else {
             EXPECT_EQ(d.tone[2][17], 0.0);
@@ -95,12 +95,12 @@ TEST(ParseHeader, EveryVersionReadsItsFieldsAtTheirOffsets) {
 
 TEST(ParseHeader, VersionSixAndSevenPlaceTheTrailerApart) {
     for (uint8_t version : {uint8_t{6}, uint8_t{7}}) {
-        BlockSpec spec;
-        spec.version = version;
-        spec.useMethod = 0;
-        spec.byte297 = 0x77;
-        spec.lutString = {6, 0x17, 0x4B, 0x40, 0x11, 0x22};
-        std::vector<uint8_t> block = test::WriteBlock(spec);
+        BlockFields fields;
+        fields.version = version;
+        fields.useMethod = 0;
+        fields.byte297 = 0x77;
+        fields.lutString = {6, 0x17, 0x4B, 0x40, 0x11, 0x22};
+        std::vector<uint8_t> block = test::WriteBlock(fields);
         const int at = test::LutStringOffset(version);
         EXPECT_EQ(block[static_cast<std::size_t>(at - 1)], 0);  // useMethod just before the string
         const Parsed p = ParseBlock(block);
@@ -123,9 +123,9 @@ TEST(ParseHeader, MagicHdocOrR2rWithAZeroByte) {
         {{0, 0, 0, 0}, kBiosBadBlock},
     };
     for (const auto& tc : cases) {
-        BlockSpec spec;
-        spec.magic = tc.magic;
-        const Parsed p = ParseSpec(spec);
+        BlockFields fields;
+        fields.magic = tc.magic;
+        const Parsed p = ParseSpec(fields);
         EXPECT_TRUE(p.inBounds);
         EXPECT_EQ(p.data.BiosDataStatus, tc.status);
         if (tc.status == kBiosBadBlock) {
@@ -133,7 +133,7 @@ TEST(ParseHeader, MagicHdocOrR2rWithAZeroByte) {
             EXPECT_NE(p.printed.find("BIOS header incorrect...\n"), std::string::npos);
         }
     }
-    EXPECT_EQ(ParseSpec(BlockSpec{}).printed.substr(0, 23), "[H][D][O][C]\nParsing ve");
+    EXPECT_EQ(ParseSpec(BlockFields{}).printed.substr(0, 23), "[H][D][O][C]\nParsing ve");
 }
 
 TEST(ParseHeader, ALutStringRunningPastTheBlockIsABoundsFailure) {
@@ -150,11 +150,11 @@ TEST(ParseHeader, ALutStringRunningPastTheBlockIsABoundsFailure) {
         {8, 255, false},
     };
     for (const auto& tc : cases) {
-        BlockSpec spec;
-        spec.version = tc.version;
-        spec.lutString.assign(tc.size, 0xEE);
-        spec.lutString[0] = tc.size;
-        const Parsed p = ParseSpec(spec);
+        BlockFields fields;
+        fields.version = tc.version;
+        fields.lutString.assign(tc.size, 0xEE);
+        fields.lutString[0] = tc.size;
+        const Parsed p = ParseSpec(fields);
         EXPECT_EQ(p.inBounds, tc.inBounds) << int{tc.version} << " " << int{tc.size};
         if (tc.inBounds) {
             EXPECT_EQ(p.data.lutString.size(), tc.size + 1u);
@@ -163,7 +163,7 @@ TEST(ParseHeader, ALutStringRunningPastTheBlockIsABoundsFailure) {
 }
 
 TEST(ParseHeader, AShortLengthStopsEveryRead) {
-    const std::vector<uint8_t> block = test::WriteBlock(BlockSpec{});
+    const std::vector<uint8_t> block = test::WriteBlock(BlockFields{});
     for (int32_t length : {0, 3, 11, 59, 102, 296}) {
         Parsed p;
         p.data.raw = block;
@@ -174,9 +174,9 @@ TEST(ParseHeader, AShortLengthStopsEveryRead) {
 }
 
 TEST(Crc, CoversOnlyThePrimariesAndTheToneLevels) {
-    BlockSpec spec;
-    spec.version = 5;
-    const std::vector<uint8_t> good = test::WriteBlock(spec);
+    BlockFields fields;
+    fields.version = 5;
+    const std::vector<uint8_t> good = test::WriteBlock(fields);
     auto checks = [](std::vector<uint8_t> block) {
         Parsed p = ParseBlock(block);
         return std::pair{CheckHeaderCrc(p.data), CheckToneCrc(p.data)};

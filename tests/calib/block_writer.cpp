@@ -36,7 +36,7 @@ void PutCrc(std::vector<uint8_t>& block, int from, int size, int lowAt, bool bro
 
 }  // namespace
 
-std::array<float, 45> BlockSpec::DefaultToneLevels() {
+std::array<float, 45> BlockFields::DefaultToneLevels() {
     std::array<float, 45> levels{};
     for (int i = 0; i < 45; ++i) levels[static_cast<std::size_t>(i)] = 0.5f + 1.25f * static_cast<float>(i);
     return levels;
@@ -57,37 +57,37 @@ uint16_t ReferenceCrc16(const uint8_t* bytes, std::size_t size) {
 
 int LutStringOffset(uint8_t version) { return version >= 7 ? 299 : 298; }
 
-std::vector<uint8_t> WriteBlock(const BlockSpec& spec) {
+std::vector<uint8_t> WriteBlock(const BlockFields& fields) {
     std::vector<uint8_t> block(512, 0);
     Writer w(block);
-    for (uint8_t b : spec.magic) w.Byte(b);
-    w.Byte(spec.version);
-    w.Byte(spec.subVersion);
+    for (uint8_t b : fields.magic) w.Byte(b);
+    w.Byte(fields.version);
+    w.Byte(fields.subVersion);
     w.At(8);
-    w.BigEndian(spec.dataWord, 4);
-    for (float v : spec.primaries) w.Single(v);
-    PutCrc(block, 12, 48, 6, spec.breakHeaderCrc);
-    if (spec.version >= 2) w.BigEndian(spec.word60, 2);
-    if (spec.version >= 3) {
+    w.BigEndian(fields.dataWord, 4);
+    for (float v : fields.primaries) w.Single(v);
+    PutCrc(block, 12, 48, 6, fields.breakHeaderCrc);
+    if (fields.version >= 2) w.BigEndian(fields.word60, 2);
+    if (fields.version >= 3) {
         w.At(66);
-        for (uint8_t b : spec.bytes66) w.Byte(b);
+        for (uint8_t b : fields.bytes66) w.Byte(b);
     }
-    if (spec.version >= 4) {
+    if (fields.version >= 4) {
         w.At(71);
-        for (float v : spec.whites) w.Single(v);
+        for (float v : fields.whites) w.Single(v);
     }
-    if (spec.version >= 5) {
+    if (fields.version >= 5) {
         w.At(103);
-        for (float v : spec.toneLevels) w.Single(v);
-        PutCrc(block, 103, 180, 283, spec.breakToneCrc);
+        for (float v : fields.toneLevels) w.Single(v);
+        PutCrc(block, 103, 180, 283, fields.breakToneCrc);
         w.At(285);
-        for (float v : spec.black) w.Single(v);
+        for (float v : fields.black) w.Single(v);
     }
-    if (spec.version >= 6) {
+    if (fields.version >= 6) {
         w.At(297);
-        if (spec.version >= 7) w.Byte(spec.byte297);
-        w.Byte(spec.useMethod);
-        for (uint8_t b : spec.lutString) w.Byte(b);
+        if (fields.version >= 7) w.Byte(fields.byte297);
+        w.Byte(fields.useMethod);
+        for (uint8_t b : fields.lutString) w.Byte(b);
     }
     return block;
 }

@@ -9,7 +9,7 @@
 
 namespace quarnel::test {
 
-struct BlockSpec {
+struct BlockFields {
     std::array<uint8_t, 4> magic{'H', 'D', 'O', 'C'};
     uint8_t version = 7;
     uint8_t subVersion = 3;
@@ -34,7 +34,7 @@ struct BlockSpec {
 // library's table-driven one.
 uint16_t ReferenceCrc16(const uint8_t* bytes, std::size_t size);
 
-std::vector<uint8_t> WriteBlock(const BlockSpec& spec);
+std::vector<uint8_t> WriteBlock(const BlockFields& fields);
 std::string AsString(const std::vector<uint8_t>& bytes);
 
 // Offset of the LUT string's length byte for a version-6 or later block.

@@ -15,7 +15,7 @@
 namespace quarnel {
 namespace {
 
-using test::BlockSpec;
+using test::BlockFields;
 
 constexpr int32_t kUntouched = 99;
 
@@ -48,28 +48,28 @@ protected:
 };
 
 TEST_F(CalibrationSource, StatusAndErrorCodeOfEveryFileOutcome) {
-    auto spec = [](auto change) {
-        BlockSpec s;
+    auto fields = [](auto change) {
+        BlockFields s;
         change(s);
         return s;
     };
     struct Case {
         const char* name;
-        BlockSpec spec;
+        BlockFields fields;
         int32_t status;
         int32_t errorForUserK1;
     } cases[] = {
-        {"good", BlockSpec{}, kBiosOk, kUntouched},
-        {"header crc", spec([](BlockSpec& s) { s.breakHeaderCrc = true; }), kBiosHeaderCrcError, -4},
-        {"tone crc", spec([](BlockSpec& s) { s.version = 5, s.breakToneCrc = true; }), kBiosToneCrcError, -4},
-        {"both crcs", spec([](BlockSpec& s) { s.breakHeaderCrc = s.breakToneCrc = true; }), kBiosToneCrcError, -4},
-        {"tone crc below 5", spec([](BlockSpec& s) { s.version = 4, s.breakToneCrc = true; }), kBiosOk, kUntouched},
-        {"magic", spec([](BlockSpec& s) { s.magic = {'R', '2', 'R', '!'}; }), kBiosBadBlock, kUntouched},
-        {"over-long string", spec([](BlockSpec& s) { s.lutString.assign(1, 255); }), kBiosBadBlock, -4},
+        {"good", BlockFields{}, kBiosOk, kUntouched},
+        {"header crc", fields([](BlockFields& s) { s.breakHeaderCrc = true; }), kBiosHeaderCrcError, -4},
+        {"tone crc", fields([](BlockFields& s) { s.version = 5, s.breakToneCrc = true; }), kBiosToneCrcError, -4},
+        {"both crcs", fields([](BlockFields& s) { s.breakHeaderCrc = s.breakToneCrc = true; }), kBiosToneCrcError, -4},
+        {"tone crc below 5", fields([](BlockFields& s) { s.version = 4, s.breakToneCrc = true; }), kBiosOk, kUntouched},
+        {"magic", fields([](BlockFields& s) { s.magic = {'R', '2', 'R', '!'}; }), kBiosBadBlock, kUntouched},
+        {"over-long string", fields([](BlockFields& s) { s.lutString.assign(1, 255); }), kBiosBadBlock, -4},
     };
     for (const auto& tc : cases) {
         for (int32_t userK : {1, 2}) {
-            WriteBlock(test::WriteBlock(tc.spec));
+            WriteBlock(test::WriteBlock(tc.fields));
             CctapiErrorCode() = kUntouched;
             BiosData data;
             EXPECT_EQ(Read(data, userK, folder_.c_str(), "panel.bin"), 0) << tc.name;
@@ -103,7 +103,7 @@ TEST_F(CalibrationSource, AMissingFileCostsTwoReads) {
 }
 
 TEST_F(CalibrationSource, ANullPathOrNameIsAFileThatCannotBeOpened) {
-    WriteBlock(test::WriteBlock(BlockSpec{}));
+    WriteBlock(test::WriteBlock(BlockFields{}));
     for (auto [path, name] : {std::pair<const char*, const char*>{nullptr, "panel.bin"}, {folder_.c_str(), nullptr}}) {
         CctapiErrorCode() = kUntouched;
         const std::size_t before = debug_.messages().size();
@@ -114,7 +114,7 @@ TEST_F(CalibrationSource, ANullPathOrNameIsAFileThatCannotBeOpened) {
 }
 
 TEST_F(CalibrationSource, ThePathIsTheFolderAndTheNameJoinedAsTheyAre) {
-    WriteBlock(test::WriteBlock(BlockSpec{}));
+    WriteBlock(test::WriteBlock(BlockFields{}));
     const std::string stem = dir_.path().string() + "/pan";
     auto data = OpenFile(1, stem.c_str(), "el.bin");
     ASSERT_NE(data, nullptr);
@@ -123,9 +123,9 @@ TEST_F(CalibrationSource, ThePathIsTheFolderAndTheNameJoinedAsTheyAre) {
 }
 
 TEST_F(CalibrationSource, AShortFileLeavesTheRestOfTheBlockCleared) {
-    BlockSpec spec;
-    spec.version = 4;
-    WriteBlock(test::WriteBlock(spec), 79);  // ends before the target luminance
+    BlockFields fields;
+    fields.version = 4;
+    WriteBlock(test::WriteBlock(fields), 79);  // ends before the target luminance
     BiosData data;
     data.raw.assign(512, 0xFF);  // what an earlier read left
     EXPECT_EQ(Read(data, 1, folder_.c_str(), "panel.bin"), 0);
@@ -137,16 +137,16 @@ TEST_F(CalibrationSource, AShortFileLeavesTheRestOfTheBlockCleared) {
 }
 
 TEST_F(CalibrationSource, TheFirmwareReadIsCheckedLikeAFile) {
-    BlockSpec broken;
+    BlockFields broken;
     broken.breakHeaderCrc = true;
     struct Case {
         const char* name;
         test::FakeAcpiDevice::Reply reply;
         int32_t status;
     } cases[] = {
-        {"good", test::FakeAcpiDevice::Block(1, test::WriteBlock(BlockSpec{})), kBiosOk},
+        {"good", test::FakeAcpiDevice::Block(1, test::WriteBlock(BlockFields{})), kBiosOk},
         {"bad crc", test::FakeAcpiDevice::Block(1, test::WriteBlock(broken)), kBiosHeaderCrcError},
-        {"no result", test::FakeAcpiDevice::Block(0, test::WriteBlock(BlockSpec{})), kBiosBadBlock},
+        {"no result", test::FakeAcpiDevice::Block(0, test::WriteBlock(BlockFields{})), kBiosBadBlock},
         {"failed request", {false, {}}, kBiosBadBlock},
     };
     for (const auto& tc : cases) {
@@ -164,10 +164,10 @@ TEST_F(CalibrationSource, TheFirmwareReadIsCheckedLikeAFile) {
 }
 
 TEST_F(CalibrationSource, GetBiosDataHandsOutByte297) {
-    BlockSpec v6;
+    BlockFields v6;
     v6.version = 6;
     v6.useMethod = 0x21;
-    BlockSpec v7;
+    BlockFields v7;
     v7.byte297 = 0x5A;
     CctContext ctx{};
     ctx.kalzenPath = folder_.c_str();
