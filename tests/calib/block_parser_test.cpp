@@ -27,7 +27,7 @@ Parsed ParseBlock(const std::vector<uint8_t>& block) {
     return p;
 }
 
-Parsed ParseSpec(const BlockFields& fields) { return ParseBlock(test::WriteBlock(fields)); }
+Parsed ParseFields(const BlockFields& fields) { return ParseBlock(test::WriteBlock(fields)); }
 
 double Widened(float v) { return static_cast<double>(v); }
 
@@ -48,7 +48,7 @@ TEST(ParseHeader, EveryVersionReadsItsFieldsAtTheirOffsets) {
         SCOPED_TRACE(version);
         BlockFields fields;
         fields.version = version;
-        const Parsed p = ParseSpec(fields);
+        const Parsed p = ParseFields(fields);
         ASSERT_TRUE(p.inBounds);
         const BiosData& d = p.data;
         EXPECT_EQ(d.BiosDataStatus, kBiosOk);
@@ -125,7 +125,7 @@ TEST(ParseHeader, MagicHdocOrR2rWithAZeroByte) {
     for (const auto& tc : cases) {
         BlockFields fields;
         fields.magic = tc.magic;
-        const Parsed p = ParseSpec(fields);
+        const Parsed p = ParseFields(fields);
         EXPECT_TRUE(p.inBounds);
         EXPECT_EQ(p.data.BiosDataStatus, tc.status);
         if (tc.status == kBiosBadBlock) {
@@ -133,7 +133,7 @@ TEST(ParseHeader, MagicHdocOrR2rWithAZeroByte) {
             EXPECT_NE(p.printed.find("BIOS header incorrect...\n"), std::string::npos);
         }
     }
-    EXPECT_EQ(ParseSpec(BlockFields{}).printed.substr(0, 23), "[H][D][O][C]\nParsing ve");
+    EXPECT_EQ(ParseFields(BlockFields{}).printed.substr(0, 23), "[H][D][O][C]\nParsing ve");
 }
 
 TEST(ParseHeader, ALutStringRunningPastTheBlockIsABoundsFailure) {
@@ -154,7 +154,7 @@ TEST(ParseHeader, ALutStringRunningPastTheBlockIsABoundsFailure) {
         fields.version = tc.version;
         fields.lutString.assign(tc.size, 0xEE);
         fields.lutString[0] = tc.size;
-        const Parsed p = ParseSpec(fields);
+        const Parsed p = ParseFields(fields);
         EXPECT_EQ(p.inBounds, tc.inBounds) << int{tc.version} << " " << int{tc.size};
         if (tc.inBounds) {
             EXPECT_EQ(p.data.lutString.size(), tc.size + 1u);
