@@ -1,0 +1,178 @@
+#include "calib/source.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <optional>
+#include <string>
+
+#include "calib/block_parser.h"
+#include "calib/edid.h"
+#include "calib/error_code.h"
+#include "diag/debug.h"
+
+namespace quarnel {
+namespace {
+
+constexpr int32_t kUserFile = 1;
+constexpr int32_t kReadAgain = -1;
+constexpr std::size_t kFlagByte = 297;
+
+// The caller supplies the separator: the folder and the name are joined as they are.
+std::optional<std::string> KalzenPath(const char* kalzenPath, const char* kalzenFilename) {
+    if (kalzenPath == nullptr || kalzenFilename == nullptr) return std::nullopt;
+    return std::string(kalzenPath) + kalzenFilename;
+}
+
+bool CanOpen(const std::string& path) {
+    std::FILE* file = std::fopen(path.c_str(), "rb");
+    if (file == nullptr) return false;
+    std::fclose(file);
+    return true;
+}
+
+// A fresh, cleared block: a short file or a failed firmware read then
+// leaves zeros behind, never stale bytes.
+void FreshBlock(BiosData& data) { data.raw.assign(kBlockSize, 0); }
+
+bool ReadFile(BiosData& data, const std::optional<std::string>& path) {
+    if (!path) return false;
+    std::FILE* file = std::fopen(path->c_str(), "rb");
+    if (file == nullptr) return false;
+    const std::size_t ignored = std::fread(data.raw.data(), 1, data.raw.size(), file);
+    static_cast<void>(ignored);  // a short file is read as far as it goes
+    std::fclose(file);
+    data.length = kBlockSize;
+    return true;
+}
+
+void ReadFirmware(BiosData& data, int32_t panelIndex) {
+    data.cursor = 0;
+    int32_t count = 0;
+    // A failed read leaves the cleared block, which the format checks then reject.
+    static_cast<void>(OLKReadDataBlock(&count, data.raw.data(), panelIndex));
+    data.length = kBlockSize;
+    data.BiosDataStatus = kBiosOk;
+}
+
+void CollectEdidBlocks(BiosData& data) {
+    DebugMessage(L"VOK: Start GetEdidData()\n");
+    // A read again replaces the blocks of the previous one rather than adding to them.
+    data.edidBlocks.clear();
+    data.edidCount = 0;
+    GetEdidData(nullptr, data.edidCount);
+    if (data.edidCount > 0) {
+        data.edidBlocks.assign(static_cast<std::size_t>(data.edidCount), EdidBlock{});
+        GetEdidData(data.edidBlocks.data(), data.edidCount);
+    }
+    DebugMessage(L"VOK: End GetEdidData()\n");
+}
+
+void ReadUserFile(BiosData& data, const char* kalzenPath, const char* kalzenFilename) {
+    data.path = KalzenPath(kalzenPath, kalzenFilename);
+    DebugPrint("path = %s \n", data.path ? data.path->c_str() : "");
+    data.cursor = 0;
+    if (ReadFile(data, data.path)) {
+        data.BiosDataStatus = kBiosOk;
+    } else {
+        CctapiErrorCode() = CCT_ERR_FILE_NOT_OPENED;
+        data.BiosDataStatus = kBiosFileNotOpened;
+    }
+    DebugMessage(L"VOK: End Get Data From File()\n");
+}
+
+void Reject(BiosData& data, int32_t status, int32_t enableUserK) {
+    data.BiosDataStatus = status;
+    if (enableUserK == kUserFile) CctapiErrorCode() = CCT_ERR_FILE_INVALID;
+}
+
+void CheckBlock(BiosData& data, int32_t enableUserK) {
+    if (!ParseHeader(data)) {
+        Reject(data, kBiosBadBlock, enableUserK);
+        return;
+    }
+    if (data.BiosDataStatus != kBiosOk) return;  // bad magic
+    if (!CheckHeaderCrc(data)) {
+        DebugPrint("CRCCheck Error\n");
+        Reject(data, kBiosHeaderCrcError, enableUserK);
+    }
+    if (data.version >= 5 && !CheckToneCrc(data)) Reject(data, kBiosToneCrcError, enableUserK);
+}
+
+std::unique_ptr<BiosData> ProbeUserFile(const char* kalzenPath, const char* kalzenFilename) {
+    const std::optional<std::string> path = KalzenPath(kalzenPath, kalzenFilename);
+    if (!path) {
+        DebugMessage(L"VOK: Kalzen Path catch\n");
+        CctapiErrorCode() = CCT_ERR_FILE_NOT_OPENED;
+        return std::make_unique<BiosData>();
+    }
+    if (!CanOpen(*path)) {
+        CctapiErrorCode() = CCT_ERR_FILE_NOT_OPENED;
+        DebugMessage(L"VOK: Kalzen Path -3\n");
+        return std::make_unique<BiosData>();
+    }
+    auto data = CCTLoadBIOS(path->c_str());
+    DebugMessage(L"VOK: Kalzen Path OK\n");
+    return data;
+}
+
+}  // namespace
+
+std::unique_ptr<BiosData> CCTLoadBIOS(const char* path) {
+    if (path == nullptr) {
+        DebugPrint("BIOS Raw file is not valid.\n");
+        std::exit(0);  // a record without a path is not worth going on for
+    }
+    DebugPrint("CCTLoadBIOS = %s \n", path);
+    auto data = std::make_unique<BiosData>();
+    if (CanOpen(path)) data->path = path;
+    return data;
+}
+
+std::unique_ptr<BiosData> Open(int32_t enableUserK, const char* kalzenPath, const char* kalzenFilename,
+                               int32_t panelIndex) {
+    DebugMessage(L"VOK: Enter Open()\n");
+    std::unique_ptr<BiosData> data =
+        enableUserK == kUserFile ? ProbeUserFile(kalzenPath, kalzenFilename) : std::make_unique<BiosData>();
+    if (GetData(*data, enableUserK, kalzenPath, kalzenFilename, panelIndex) == kReadAgain &&
+        GetData(*data, enableUserK, kalzenPath, kalzenFilename, panelIndex) == kReadAgain)
+        return nullptr;
+    if (data->BiosDataStatus != kBiosOk) return nullptr;
+    DebugMessage(L"VOK: Exit Open()\n");
+    return data;
+}
+
+// Any non-zero enableUserK reads the file here, where Open probes it only for 1.
+int32_t GetData(BiosData& data, int32_t enableUserK, const char* kalzenPath, const char* kalzenFilename,
+                int32_t panelIndex) {
+    DebugMessage(L"VOK: Enter GetData()\n");
+    FreshBlock(data);
+    CollectEdidBlocks(data);
+    if (enableUserK != 0) {
+        ReadUserFile(data, kalzenPath, kalzenFilename);
+    } else {
+        ReadFirmware(data, panelIndex);
+    }
+    DebugPrint("this->BiosDataStatus  = %d  \n", data.BiosDataStatus);
+    if (data.BiosDataStatus != kBiosOk) return kReadAgain;
+    DebugPrint("ReadResult  = %d \n", 0);
+    CheckBlock(data, enableUserK);
+    return 0;
+}
+
+int32_t GetBIOS_Data(BiosData& data, uint8_t& flag297, const CctContext& ctx) {
+    FreshBlock(data);
+    if (ctx.enableUserK != kUserFile) {
+        ReadFirmware(data, ctx.panelIndex);
+    } else {
+        const std::optional<std::string> path = KalzenPath(ctx.kalzenPath, ctx.kalzenFilename);
+        DebugPrint("GetBIOS_Data path = %s \n", path ? path->c_str() : "");
+        data.cursor = 0;
+        ReadFile(data, path);
+    }
+    flag297 = data.raw[kFlagByte];
+    return 0;
+}
+
+void Close(std::unique_ptr<BiosData> data) { data.reset(); }
+
+}  // namespace quarnel

@@ -1,0 +1,36 @@
+#pragma once
+// The two sources of the calibration block: the creator application's raw
+// file (kalzenPath immediately followed by kalzenFilename) or the firmware.
+// There is no fallback from one to the other.
+
+#include <cstdint>
+#include <memory>
+
+#include "calib/bios_data.h"
+#include "quarnel/cctapi.h"
+
+namespace quarnel {
+
+// Reads, parses and checks the block of the chosen source (the file when
+// enableUserK is 1); null when the read or any check failed.
+std::unique_ptr<BiosData> Open(int32_t enableUserK, const char* kalzenPath, const char* kalzenFilename,
+                               int32_t panelIndex);
+
+// An empty record for the file at `path` (its path kept when the file opens).
+// A null path is fatal to the process.
+std::unique_ptr<BiosData> CCTLoadBIOS(const char* path);
+
+// Reads the block (from the file when enableUserK is non-zero, else from the
+// firmware with panelIndex as method) with the EDID blocks, then parses and
+// checks it. -1 when the file could not be opened, else 0; the outcome is in
+// BiosDataStatus.
+int32_t GetData(BiosData& data, int32_t enableUserK, const char* kalzenPath, const char* kalzenFilename,
+                int32_t panelIndex);
+
+// Reads the block without parsing it and hands out its byte 297. Always 0.
+int32_t GetBIOS_Data(BiosData& data, uint8_t& flag297, const CctContext& ctx);
+
+// Releases the record with its block, LUT string and EDID blocks.
+void Close(std::unique_ptr<BiosData> data);
+
+}  // namespace quarnel
