@@ -24,7 +24,7 @@ struct Outputs {
             [&] { status = LutConvert(type, lut.data(), lut.data(), 256, igcl.data(), 256, nv.data(), 1024); });
         return status;
     }
-    std::array<float, 3> Post(int j) const { return {nv[3072 + j * 3], nv[3072 + j * 3 + 1], nv[3072 + j * 3 + 2]}; }
+    std::array<float, 3> Post(std::size_t j) const { return {nv[3072 + j * 3], nv[3072 + j * 3 + 1], nv[3072 + j * 3 + 2]}; }
 };
 
 TEST(LutConvert, PlainTypesCopyTheLut) {
@@ -51,7 +51,8 @@ TEST(LutConvert, SrgbTypeResamplesThroughTheEncoding) {
                  {254, {65140, 63640, 65425}},
                  {255, {65280, 63750, 65535}}};
     for (const auto& tc : cases)
-        for (int c = 0; c < 3; ++c) EXPECT_EQ(out.lut[LutIndex(c, tc.level)], tc.rgb[c]) << tc.level << "/" << c;
+        for (int c = 0; c < 3; ++c)
+            EXPECT_EQ(out.lut[LutIndex(c, tc.level)], tc.rgb[static_cast<std::size_t>(c)]) << tc.level << "/" << c;
 }
 
 TEST(LutConvert, NvidiaTypeWritesDecodeRampAndEncodedLut) {
