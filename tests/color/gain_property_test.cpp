@@ -1,6 +1,3 @@
-// Thousands of random, realistic panels and targets: every successful solve
-// hits its target exactly with one limiting channel, and the status bits
-// follow the path the solve took.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -21,18 +18,17 @@ constexpr uint32_t kFailureBits = kGainNullRequest | kGainZeroSum | kGainUnknown
 struct Draw {
     std::mt19937 rng{20240611u};
     double Uniform(double lo, double hi) { return std::uniform_real_distribution<double>(lo, hi)(rng); }
+    double Near(double v, double spread) { return v + Uniform(-spread, spread); }
     int Int(int lo, int hi) { return std::uniform_int_distribution<int>(lo, hi)(rng); }
 };
 
+// A realistic panel and target; the white is a positive mix of the primaries, so inside their triangle.
 GainRequest RandomRequest(Draw& d) {
     GainRequest r;
     const double peak = d.Uniform(150.0, 500.0);
-    test::SetRow(r, kRed, {0.64 + d.Uniform(-0.03, 0.03), 0.33 + d.Uniform(-0.02, 0.02), peak * d.Uniform(0.18, 0.26)});
-    test::SetRow(r, kGreen,
-                 {0.30 + d.Uniform(-0.03, 0.03), 0.60 + d.Uniform(-0.04, 0.04), peak * d.Uniform(0.6, 0.75)});
-    test::SetRow(r, kBlue, {0.15 + d.Uniform(-0.01, 0.01), 0.06 + d.Uniform(-0.02, 0.02), peak * d.Uniform(0.05, 0.1)});
-    for (int c = 0; c < 3; ++c)  // any positive mix of the primaries lies inside their triangle
-        r.primaryXyz[kWhite][c] = 0.0;
+    test::SetRow(r, kRed, {d.Near(0.64, 0.03), d.Near(0.33, 0.02), peak * d.Uniform(0.18, 0.26)});
+    test::SetRow(r, kGreen, {d.Near(0.30, 0.03), d.Near(0.60, 0.04), peak * d.Uniform(0.6, 0.75)});
+    test::SetRow(r, kBlue, {d.Near(0.15, 0.01), d.Near(0.06, 0.02), peak * d.Uniform(0.05, 0.1)});
     for (int row = kRed; row <= kBlue; ++row) {
         const double share = d.Uniform(0.85, 1.0);
         for (int c = 0; c < 3; ++c) r.primaryXyz[kWhite][c] += share * r.primaryXyz[row][c];
@@ -67,12 +63,10 @@ Xy ResultWhite(const GainRequest& r, double gamma) {
     return {xyz[0] / sum, xyz[1] / sum};
 }
 
-bool TargetStartsInside(const GainRequest& r, const GainSolverState& solved) {
-    GainSolverState s = solved;
+bool TargetStartsInside(const GainRequest& r, GainSolverState s) {
     Xy p{r.targetX, r.targetY};
-    if (r.targetMode == kTargetChromaticity) return IsInsideGamut(s, p);
-    const int32_t kelvin = r.targetMode == kTargetAbsoluteCct ? r.targetCct : solved.nativeCct + r.cctOffset;
-    LocusXy(s, r.locus, kelvin, p);
+    if (r.targetMode != kTargetChromaticity)
+        LocusXy(s, r.locus, r.targetMode == kTargetAbsoluteCct ? r.targetCct : s.nativeCct + r.cctOffset, p);
     return IsInsideGamut(s, p);
 }
 

@@ -1,10 +1,14 @@
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <map>
 #include <string>
 #include <vector>
 
-#include "codec/codec_luts.h"
+#include "codec/bit_packing.h"
+#include "codec/huffman_coding.h"
 #include "codec/huffman_string.h"
+#include "codec/huffman_tree.h"
 #include "codec/lut_differences.h"
 #include "codec/lut_string.h"
 #include "codec/position_lists.h"
@@ -16,7 +20,7 @@ namespace quarnel::codec {
 namespace {
 
 using Bytes = std::vector<uint8_t>;
-using test::LutFromSteps;
+using testing::ElementsAre;
 
 constexpr uint8_t kUntouched = 0xAA;
 constexpr uint16_t kUntouchedEntry = 0x1234;
@@ -29,6 +33,103 @@ const std::string kTreeText =
     "[0] 1:0.904300\n[1] 0:0.050100\n[2] 2:0.044100\n[3] 3:0.001200\n[4] 4:0.000100\n\n"
     "codeVec is empty\n";
 const std::string kCodebookText = "Codebook <Key> : <Code>\n0 : 01\n1 : 1\n2 : 001\n3 : 0001\n4 : 0000\n";
+
+BitSequence Bits(const std::string& text) {
+    BitSequence bits;
+    for (char ch : text) bits.push_back(ch == '1');
+    return bits;
+}
+
+HuffmanTree QuietTree() {
+    HuffmanTree tree;
+    test::CaptureStdout([&] { tree = BuildTreeV1(); });
+    return tree;
+}
+
+TEST(HuffmanTree, TableV1GivesTheFixedCodebookEveryTime) {
+    const std::map<int, BitSequence> expected{
+        {0, Bits("01")}, {1, Bits("1")}, {2, Bits("001")}, {3, Bits("0001")}, {4, Bits("0000")}};
+    EXPECT_EQ(QuietTree().codebook, expected);
+    EXPECT_EQ(QuietTree().codebook, expected);  // the shared walk path is empty again after a build
+}
+
+TEST(HuffmanCoding, EncodesDecodesAndDropsAnUnfinishedCode) {
+    const HuffmanTree tree = QuietTree();
+    const std::vector<int> symbols{1, 1, 0, 2, 4, 3};
+    BitSequence bits;
+    ASSERT_TRUE(Encode(tree, symbols.data(), symbols.size(), bits));
+    EXPECT_EQ(bits, Bits("110100100000001"));
+    std::vector<int> decoded;
+    Decode(tree, bits, decoded);
+    EXPECT_EQ(decoded, symbols);
+    for (const char* tail : {"0", "00", "000"}) {
+        std::vector<int> cut;
+        Decode(tree, Bits(std::string("1101") + tail), cut);
+        EXPECT_EQ(cut, (std::vector<int>{1, 1, 0})) << tail;
+    }
+}
+
+TEST(HuffmanCoding, SymbolWithoutCodeFails) {
+    const HuffmanTree tree = QuietTree();
+    for (int symbol : {5, -1, 8}) {
+        const std::vector<int> symbols{1, symbol};
+        BitSequence bits;
+        bool ok = true;
+        const std::string printed =
+            test::CaptureStdout([&] { ok = Encode(tree, symbols.data(), symbols.size(), bits); });
+        EXPECT_FALSE(ok);
+        EXPECT_EQ(printed, "Not found " + std::to_string(symbol) + " in codebook!!!\n");
+    }
+}
+
+TEST(BitPacking, PacksLeastSignificantBitFirstUpTo253Bytes) {
+    const struct {
+        const char* bits;
+        std::vector<uint8_t> bytes;
+        int bitsInLastByte;
+    } cases[] = {
+        {"110100100000001", {0x4B, 0x40}, 7},
+        {"10000000", {0x01}, 8},
+        {"000000001", {0x00, 0x01}, 1},
+    };
+    for (const auto& tc : cases) {
+        const PackedBits packed = PackBits(Bits(tc.bits));
+        EXPECT_EQ(packed.bytes, tc.bytes) << tc.bits;
+        EXPECT_EQ(packed.bytesUsed, static_cast<int>(tc.bytes.size())) << tc.bits;
+        EXPECT_EQ(packed.bitsInLastByte, tc.bitsInLastByte) << tc.bits;
+    }
+    const PackedBits full = PackBits(BitSequence(253 * 8, true));
+    EXPECT_EQ(full.bytesUsed, 253);
+    EXPECT_EQ(full.bitsInLastByte, 8);
+    const PackedBits over = PackBits(BitSequence(253 * 8 + 1, true));  // reports nothing beyond 253 bytes
+    EXPECT_EQ(over.bytes.size(), 254u);
+    EXPECT_EQ(over.bytes.back(), 0x01);
+    EXPECT_EQ(over.bytesUsed, 0);
+    EXPECT_EQ(over.bitsInLastByte, 0);
+}
+
+// One plane's 8-bit differences: 0, then `pattern` repeated `times`, then 1 up to position 255.
+struct PlaneSteps {
+    std::vector<int> pattern;
+    int times = 0;
+};
+
+// Entries are value x 256, the value being the running sum of the differences.
+Lut16 LutFromSteps(const PlaneSteps& r, const PlaneSteps& g = {}, const PlaneSteps& b = {}) {
+    Lut16 lut{};
+    const PlaneSteps* planes[3] = {&r, &g, &b};
+    for (int c = 0; c < 3; ++c) {
+        std::vector<int> d{0};
+        for (int t = 0; t < planes[c]->times; ++t)
+            d.insert(d.end(), planes[c]->pattern.begin(), planes[c]->pattern.end());
+        d.resize(kLutLevels, 1);
+        for (int i = 0, value = 0; i < kLutLevels; ++i) {
+            value += d[static_cast<std::size_t>(i)];
+            lut[LutIndex(c, i)] = static_cast<uint16_t>(value * kLutStep);
+        }
+    }
+    return lut;
+}
 
 struct Written {
     int32_t status;
@@ -100,7 +201,7 @@ Bytes IdentityHuffmanString() {
     return s;
 }
 
-TEST(GetHfmInfor, ReportsTheFixedCode) {
+TEST(GetHfmInfor, ReportsTheFixedCodeAndVersion) {
     uint32_t symbols[5], lengths[5], codes[5], count = 0;
     double probabilities[5];
     int32_t status = -9;
@@ -108,15 +209,16 @@ TEST(GetHfmInfor, ReportsTheFixedCode) {
         test::CaptureStdout([&] { status = GetHfmInfor(symbols, probabilities, lengths, codes, &count); });
     EXPECT_EQ(status, 0);
     EXPECT_EQ(count, 5u);
-    EXPECT_EQ(std::vector<uint32_t>(symbols, symbols + 5), (std::vector<uint32_t>{0, 1, 2, 3, 4}));
-    EXPECT_EQ(std::vector<double>(probabilities, probabilities + 5),
-              (std::vector<double>{0.0501, 0.9043, 0.0441, 0.0012, 0.0001}));
-    EXPECT_EQ(std::vector<uint32_t>(lengths, lengths + 5), (std::vector<uint32_t>{2, 1, 3, 4, 4}));
-    EXPECT_EQ(std::vector<uint32_t>(codes, codes + 5), (std::vector<uint32_t>{1, 1, 1, 1, 0}));
+    EXPECT_THAT(symbols, ElementsAre(0u, 1u, 2u, 3u, 4u));
+    EXPECT_THAT(probabilities, ElementsAre(0.0501, 0.9043, 0.0441, 0.0012, 0.0001));
+    EXPECT_THAT(lengths, ElementsAre(2u, 1u, 3u, 4u, 4u));
+    EXPECT_THAT(codes, ElementsAre(1u, 1u, 1u, 1u, 0u));
     EXPECT_EQ(printed, kTreeText + kCodebookText);
+    EXPECT_EQ(test::CaptureStdout([&] { status = ShowHfmVer(); }), "Huffman kernel version: v1.0.0_20181005\n");
+    EXPECT_EQ(status, 40);
 }
 
-TEST(GetHfmInfor, NullPointerWritesNothing) {
+TEST(Exports, NullPointersFailAndWriteNothing) {
     uint32_t a[5] = {}, b[5] = {}, c[5] = {}, count = 7;
     double p[5] = {};
     EXPECT_EQ(GetHfmInfor(nullptr, p, b, c, &count), -1);
@@ -126,12 +228,21 @@ TEST(GetHfmInfor, NullPointerWritesNothing) {
     EXPECT_EQ(GetHfmInfor(a, p, b, c, nullptr), -1);
     EXPECT_EQ(count, 7u);
     EXPECT_EQ(b[0] + c[0] + a[4], 0u);
-}
 
-TEST(ShowHfmVer, PrintsTheKernelVersion) {
-    int32_t status = 0;
-    EXPECT_EQ(test::CaptureStdout([&] { status = ShowHfmVer(); }), "Huffman kernel version: v1.0.0_20181005\n");
-    EXPECT_EQ(status, 40);
+    Lut16 lut = test::IdentityLut();
+    Bytes out(8, kUntouched);
+    uint32_t method = 99;
+    EXPECT_EQ(LUT2BIOS(nullptr, 255, out.data(), 8, &method), -1);
+    EXPECT_EQ(LUT2BIOS(lut.data(), 255, nullptr, 8, &method), -1);
+    EXPECT_EQ(LUT2BIOS(lut.data(), 255, out.data(), 8, nullptr), -1);
+    EXPECT_EQ(method, 99u);
+    EXPECT_EQ(out, Bytes(8, kUntouched));
+
+    const Bytes string{4, 0, 0, 0};
+    lut = Untouched();
+    EXPECT_EQ(BIOS2LUT(nullptr, string.data(), kLutEntries, 1), -1);
+    EXPECT_EQ(BIOS2LUT(lut.data(), nullptr, kLutEntries, 1), -1);
+    EXPECT_EQ(lut, Untouched());
 }
 
 TEST(LUT2BIOS, WritesTheShorterString) {
@@ -162,23 +273,22 @@ TEST(LUT2BIOS, StorableLutsRoundTripThroughBothStrings) {
         const Written w = Store(lut);
         ASSERT_EQ(w.status, 0);
         EXPECT_EQ(Load(Declared(w), static_cast<int32_t>(w.method)).lut, lut);
-
-        std::optional<Bytes> huffman, lists;
+        std::optional<Bytes> strings[2];  // by method
         test::CaptureStdout([&] {
             const auto d = MakeDifferences(lut.data());
-            huffman = EncodeHuffmanString(*d);
-            lists = EncodePositionLists(*d);
+            strings[kMethodHuffman] = EncodeHuffmanString(*d);
+            strings[kMethodPositionLists] = EncodePositionLists(*d);
         });
-        const Read fromHuffman = Load(*huffman, kMethodHuffman);
-        const Read fromLists = Load(*lists, kMethodPositionLists);
-        EXPECT_EQ(fromHuffman.status, 0);
-        EXPECT_EQ(fromHuffman.lut, lut);
-        EXPECT_EQ(fromLists.status, 0);
-        EXPECT_EQ(fromLists.lut, lut);
+        for (int32_t method : {0, 1}) {
+            const Read r = Load(*strings[method], method);
+            EXPECT_EQ(r.status, 0) << method;
+            EXPECT_EQ(r.lut, lut) << method;
+        }
     }
+    EXPECT_EQ(Load({1}, kMethodPositionLists).lut, test::IdentityLut());  // an empty body
 }
 
-TEST(LUT2BIOS, HuffmanStringOfTheIdentity) {
+TEST(LUT2BIOS, HuffmanStringOfTheIdentityAndBothTranscripts) {
     std::optional<Bytes> string;
     const std::string printed = test::CaptureStdout([&] {
         const auto d = MakeDifferences(test::IdentityLut().data());
@@ -188,6 +298,11 @@ TEST(LUT2BIOS, HuffmanStringOfTheIdentity) {
     EXPECT_EQ(printed, "\n=== Get Huffman Table v1 ===\n\n=== Create Huffman Tree ===\n" + kTreeText + kCodebookText +
                            "\n=== Encode ===\n\n=== Convert to Bios String ===\n"
                            "# of byte used: 97\n# of bit used in last byte: 3\n");
+    Lut16 lut{};
+    EXPECT_EQ(test::CaptureStdout([&] { BIOS2LUT(lut.data(), string->data(), kLutEntries, 0); }),
+              "\n=== Get Huffman Table v1 ===\n\n=== Convert from Bios String ===\n\n=== Create Huffman Tree ===\n" +
+                  kTreeText + "\n=== Decode ===\n");
+    EXPECT_EQ(lut, test::IdentityLut());
 }
 
 TEST(LUT2BIOS, UnstorableLutFails) {
@@ -256,32 +371,6 @@ TEST(LUT2BIOS, LongPositionListsWrapTheLengthByte) {
     EXPECT_EQ(Load(Bytes(w.out.begin(), w.out.begin() + 271), kMethodPositionLists).status, -1);
 }
 
-TEST(LUT2BIOS, NullPointerWritesNothing) {
-    const Lut16 lut = test::IdentityLut();
-    Bytes out(8, kUntouched);
-    uint32_t method = 99;
-    EXPECT_EQ(LUT2BIOS(nullptr, 255, out.data(), 8, &method), -1);
-    EXPECT_EQ(LUT2BIOS(lut.data(), 255, nullptr, 8, &method), -1);
-    EXPECT_EQ(LUT2BIOS(lut.data(), 255, out.data(), 8, nullptr), -1);
-    EXPECT_EQ(method, 99u);
-    EXPECT_EQ(out, Bytes(8, kUntouched));
-}
-
-TEST(BIOS2LUT, ReadsHandBuiltStrings) {
-    EXPECT_EQ(Load(IdentityHuffmanString(), kMethodHuffman).lut, test::IdentityLut());
-    EXPECT_EQ(Load({4, 0, 0, 0}, kMethodPositionLists).lut, test::IdentityLut());
-    EXPECT_EQ(Load({1}, kMethodPositionLists).lut, test::IdentityLut());
-    EXPECT_EQ(Load({9, 1, 0, 0, 10, 1, 0, 0, 11}, kMethodPositionLists).lut, RedDip());
-}
-
-TEST(BIOS2LUT, HuffmanStringTranscript) {
-    uint16_t lut[kLutEntries];
-    const Bytes string = IdentityHuffmanString();
-    EXPECT_EQ(test::CaptureStdout([&] { BIOS2LUT(lut, string.data(), kLutEntries, 0); }),
-              "\n=== Get Huffman Table v1 ===\n\n=== Convert from Bios String ===\n\n=== Create Huffman Tree ===\n" +
-                  kTreeText + "\n=== Decode ===\n");
-}
-
 TEST(BIOS2LUT, BadInputFailsAndLeavesTheLutUntouched) {
     Bytes foreignTable = IdentityHuffmanString();
     foreignTable[1] = 0x23;
@@ -318,14 +407,6 @@ TEST(BIOS2LUT, BadInputFailsAndLeavesTheLutUntouched) {
         EXPECT_EQ(r.status, -1) << tc.name;
         EXPECT_EQ(r.lut, Untouched()) << tc.name;
     }
-}
-
-TEST(BIOS2LUT, NullPointerFails) {
-    const Bytes string{4, 0, 0, 0};
-    Lut16 lut = Untouched();
-    EXPECT_EQ(BIOS2LUT(nullptr, string.data(), kLutEntries, 1), -1);
-    EXPECT_EQ(BIOS2LUT(lut.data(), nullptr, kLutEntries, 1), -1);
-    EXPECT_EQ(lut, Untouched());
 }
 
 }  // namespace
