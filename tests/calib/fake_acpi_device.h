@@ -20,20 +20,17 @@ public:
 
     platform::DeviceHandle openResult = 0x44;
     std::deque<Reply> replies;  // one per request; none left fails the request
-
     std::vector<std::wstring> openedPaths;
     std::vector<std::vector<uint8_t>> requests;
-    std::vector<uint32_t> codes;
-    std::vector<uint32_t> replyCapacities;
+    std::vector<uint32_t> codes, replyCapacities;
     std::vector<platform::DeviceHandle> closed;
 
     // A successful reply: word 0, then the block, `size` bytes in all.
-    static Reply Block(uint32_t word0, const std::vector<uint8_t>& block, std::size_t size = 516) {
-        std::vector<uint8_t> bytes(std::max<std::size_t>(size, 516), 0);
-        for (int i = 0; i < 4; ++i) bytes[static_cast<std::size_t>(i)] = static_cast<uint8_t>(word0 >> (8 * i));
-        std::copy_n(block.begin(), std::min<std::size_t>(block.size(), 512), bytes.begin() + 4);
-        bytes.resize(size);
-        return {true, bytes};
+    static Reply Block(uint32_t word0, std::vector<uint8_t> block, std::size_t size = 516) {
+        block.resize(512);
+        for (int i = 3; i >= 0; --i) block.insert(block.begin(), static_cast<uint8_t>(word0 >> (8 * i)));
+        block.resize(size);
+        return {true, block};
     }
 
     platform::DeviceHandle Open(const wchar_t* path) override {
@@ -47,13 +44,11 @@ public:
         requests.emplace_back(request, request + requestSize);
         replyCapacities.push_back(replyCapacity);
         bytesReturned = 0;
-        if (replies.empty()) return false;
-        const Reply next = replies.front();
-        replies.pop_front();
+        const Reply next = replies.empty() ? Reply{false, {}} : replies.front();
+        if (!replies.empty()) replies.pop_front();
         if (!next.ok) return false;
-        const std::size_t size = std::min<std::size_t>(next.bytes.size(), replyCapacity);
-        std::copy_n(next.bytes.begin(), size, reply);
-        bytesReturned = static_cast<uint32_t>(size);
+        bytesReturned = static_cast<uint32_t>(std::min<std::size_t>(next.bytes.size(), replyCapacity));
+        std::copy_n(next.bytes.begin(), bytesReturned, reply);
         return true;
     }
 

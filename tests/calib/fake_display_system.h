@@ -1,6 +1,5 @@
 #pragma once
-// A scripted display system: adapters with their monitors, and the monitor
-// class's devices with the values of their registry keys.
+// A scripted display system: adapters with their monitors, and the monitor class's devices with their registry values.
 
 #include <algorithm>
 #include <cstdint>
@@ -33,12 +32,7 @@ public:
     std::vector<Adapter> adapters;
     std::vector<Device> devices;
     platform::DeviceList listResult = 0x10;
-
-    int adapterQueries = 0;
-    int listsOpened = 0;
-    int listsDestroyed = 0;
-    int keysOpened = 0;
-    int keysClosed = 0;
+    int adapterQueries = 0, listsOpened = 0, listsDestroyed = 0, keysOpened = 0, keysClosed = 0;
 
     // One adapter with `activeMonitors` monitors.
     static FakeDisplaySystem WithMonitors(int activeMonitors) {
@@ -52,14 +46,14 @@ public:
     bool EnumDisplayDevice(const wchar_t* adapter, uint32_t index, platform::DisplayDevice& device) override {
         if (adapter == nullptr) {
             ++adapterQueries;
-            if (index >= adapters.size()) return false;
-            device = {adapters[index].name, L"PCI\\VEN_0000", 0};
-            return true;
+            if (index < adapters.size()) device = {adapters[index].name, L"PCI\\VEN_0000", 0};
+            return index < adapters.size();
         }
-        const auto found = std::find_if(adapters.begin(), adapters.end(), [&](const Adapter& a) { return a.name == adapter; });
-        if (found == adapters.end() || index >= found->monitors.size()) return false;
-        device = {found->name + L"\\Monitor" + std::to_wstring(index), found->monitors[index].id,
-                  found->monitors[index].stateFlags};
+        const auto a =
+            std::find_if(adapters.begin(), adapters.end(), [&](const Adapter& x) { return x.name == adapter; });
+        if (a == adapters.end() || index >= a->monitors.size()) return false;
+        device = {a->name + L"\\Monitor" + std::to_wstring(index), a->monitors[index].id,
+                  a->monitors[index].stateFlags};
         return true;
     }
 
@@ -70,18 +64,14 @@ public:
     }
 
     bool EnumDevice(platform::DeviceList, uint32_t index) override {
-        if (index >= devices.size()) {
-            lastError_ = platform::kErrorNoMoreItems;
-            return false;
-        }
-        current_ = index;
-        lastError_ = platform::kErrorSuccess;
-        return true;
+        lastError_ = index < devices.size() ? platform::kErrorSuccess : platform::kErrorNoMoreItems;
+        if (index < devices.size()) current_ = index;
+        return index < devices.size();
     }
 
     platform::RegistryKey OpenDeviceKey(platform::DeviceList) override {
         if (!devices[current_].keyOpens) {
-            lastError_ = kErrorKeyMissing;
+            lastError_ = 2;  // the key is missing
             return platform::kInvalidHandle;
         }
         ++keysOpened;
@@ -94,22 +84,19 @@ public:
                        uint32_t& dataLength) override {
         const Device& device = devices[static_cast<std::size_t>(key - kKeyBase)];
         if (index >= device.values.size()) return platform::kErrorNoMoreItems;
-        const Value& value = device.values[index];
-        if (nameLength <= value.name.size() || dataLength < value.data.size()) return platform::kErrorMoreData;
-        std::copy(value.name.begin(), value.name.end(), name);
-        name[value.name.size()] = L'\0';
-        std::copy(value.data.begin(), value.data.end(), data);
-        nameLength = static_cast<uint32_t>(value.name.size());
-        dataLength = static_cast<uint32_t>(value.data.size());
+        const Value& v = device.values[index];
+        if (nameLength <= v.name.size() || dataLength < v.data.size()) return platform::kErrorMoreData;
+        std::copy(v.name.c_str(), v.name.c_str() + v.name.size() + 1, name);
+        std::copy(v.data.begin(), v.data.end(), data);
+        nameLength = static_cast<uint32_t>(v.name.size());
+        dataLength = static_cast<uint32_t>(v.data.size());
         return platform::kErrorSuccess;
     }
 
     void CloseKey(platform::RegistryKey) override { ++keysClosed; }
-
     uint32_t LastError() override { return lastError_; }
 
 private:
-    static constexpr uint32_t kErrorKeyMissing = 2;
     static constexpr std::intptr_t kKeyBase = 0x100;
     std::size_t current_ = 0;
     uint32_t lastError_ = platform::kErrorSuccess;

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "calib/fake_acpi_device.h"
@@ -15,10 +16,9 @@ namespace {
 using test::FakeAcpiDevice;
 
 struct Outcome {
-    int32_t result = 0;
-    int32_t count = 12345;
+    int32_t result = 0, count = 12345;
     std::vector<uint8_t> buffer = std::vector<uint8_t>(512, 0xCC);
-    std::wstring lastMessage;
+    std::wstring lastMessage, said;
     std::string printed;
 };
 
@@ -27,12 +27,12 @@ Outcome Read(int32_t method) {
     test::DebugCapture debug;
     o.printed = test::CaptureStdout([&] { o.result = OLKReadDataBlock(&o.count, o.buffer.data(), method); });
     if (!debug.messages().empty()) o.lastMessage = debug.messages().back();
+    o.said = debug.joined();
     return o;
 }
 
-uint32_t Word(const std::vector<uint8_t>& bytes, std::size_t at) {
-    return uint32_t{bytes[at]} | uint32_t{bytes[at + 1]} << 8 | uint32_t{bytes[at + 2]} << 16 |
-           uint32_t{bytes[at + 3]} << 24;
+uint32_t Word(const std::vector<uint8_t>& b, std::size_t at) {
+    return uint32_t{b[at]} | uint32_t{b[at + 1]} << 8 | uint32_t{b[at + 2]} << 16 | uint32_t{b[at + 3]} << 24;
 }
 
 std::vector<uint8_t> SampleBlock() {
@@ -42,117 +42,84 @@ std::vector<uint8_t> SampleBlock() {
 }
 
 TEST(OLKReadDataBlock, SendsTheMethodCallOfEveryMethod) {
-    struct Case {
-        int32_t method;
-        uint32_t identifier, word0, word1;
-    } cases[] = {
+    const std::array<uint32_t, 4> cases[] = {
         {0, 0x47444353, 1, 0},          {1, 0x47444353, 2, 0},          {2, 0x53545344, 0x000600B1, 0},
         {3, 0x53545344, 0x000600B2, 0}, {4, 0x53545344, 0x000600B1, 1}, {5, 0x53545344, 0x000600B2, 1},
-        {6, 0x53545344, 0, 0},          {-1, 0x53545344, 0, 0},
+        {6, 0x53545344, 0, 0},          {~0u, 0x53545344, 0, 0},
     };
-    for (const auto& tc : cases) {
+    for (const auto& [method, identifier, word0, word1] : cases) {
         FakeAcpiDevice device;
         device.replies.push_back(FakeAcpiDevice::Block(1, SampleBlock()));
-        Read(tc.method);
+        Read(static_cast<int32_t>(method));
         ASSERT_EQ(device.requests.size(), 1u);
-        const std::vector<uint8_t>& request = device.requests[0];
-        ASSERT_EQ(request.size(), 524u);
-        EXPECT_EQ(Word(request, 0), tc.identifier) << tc.method;
-        EXPECT_EQ(Word(request, 4), 516u);
-        EXPECT_EQ(Word(request, 8), tc.word0) << tc.method;
-        EXPECT_EQ(Word(request, 12), tc.word1) << tc.method;
-        EXPECT_EQ(std::vector<uint8_t>(request.begin() + 16, request.end()), std::vector<uint8_t>(508, 0));
-        EXPECT_EQ(device.codes, std::vector<uint32_t>{0x0022240C});
-        EXPECT_EQ(device.replyCapacities, std::vector<uint32_t>{1024});
-        EXPECT_EQ(device.openedPaths, std::vector<std::wstring>{L"\\\\.\\ZEVACPI"});
+        const std::vector<uint8_t>& r = device.requests[0];
+        ASSERT_EQ(r.size(), 524u);
+        EXPECT_EQ((std::array{Word(r, 0), Word(r, 4), Word(r, 8), Word(r, 12)}),
+                  (std::array{identifier, 516u, word0, word1}))
+            << method;
+        EXPECT_EQ(std::vector<uint8_t>(r.begin() + 16, r.end()), std::vector<uint8_t>(508, 0));
+        EXPECT_EQ(std::tuple(device.codes, device.replyCapacities, device.openedPaths),
+                  std::tuple(std::vector<uint32_t>{0x0022240C}, std::vector<uint32_t>{1024},
+                             std::vector<std::wstring>{L"\\\\.\\ZEVACPI"}));
     }
-    // The identifiers spell the method names in memory.
-    FakeAcpiDevice device;
-    Read(0);
-    Read(2);
-    EXPECT_EQ(std::string(device.requests[0].begin(), device.requests[0].begin() + 4), "SCDG");
-    EXPECT_EQ(std::string(device.requests[1].begin(), device.requests[1].begin() + 4), "DSTS");
 }
 
-TEST(OLKReadDataBlock, HandlesEveryReplyOutcome) {
+TEST(OLKReadDataBlock, HandlesEveryOpenAndReplyOutcome) {
     const std::vector<uint8_t> block = SampleBlock();
-    struct Case {
+    const std::wstring done = L"VOK: Exit UninitializeZEVACPIDevice()\n";
+    const struct {
         const char* name;
+        platform::DeviceHandle open;
         FakeAcpiDevice::Reply reply;
-        int32_t result;
-        int32_t count;
-        const wchar_t* lastMessage;
-        bool closed;
+        int32_t result, count;
+        std::wstring lastMessage;
+        std::size_t requests, closed;
     } cases[] = {
-        {"full reply", FakeAcpiDevice::Block(3, block), 0, 3, L"VOK: Exit UninitializeZEVACPIDevice()\n", true},
-        {"long reply", FakeAcpiDevice::Block(1, block, 1024), 0, 1, L"VOK: Exit UninitializeZEVACPIDevice()\n", true},
-        {"all bits set", FakeAcpiDevice::Block(0xFFFFFFFF, block), 0, -1, L"VOK: Exit UninitializeZEVACPIDevice()\n",
-         true},
-        {"no result", FakeAcpiDevice::Block(0, block), -3, 12345, L"VOK: ulOutBuffer[0] <= 0\n", false},
-        {"failed request", {false, {}}, -2, 12345, L"VOK: General_WMIMethod_INT(...) return FALSE\n", false},
+        {"full reply", 0x44, FakeAcpiDevice::Block(3, block), 0, 3, done, 1, 1},
+        {"long reply", 0x44, FakeAcpiDevice::Block(1, block, 1024), 0, 1, done, 1, 1},
+        {"all bits set", 0x44, FakeAcpiDevice::Block(0xFFFFFFFF, block), 0, -1, done, 1, 1},
+        {"no result", 0x44, FakeAcpiDevice::Block(0, block), -3, 12345, L"VOK: ulOutBuffer[0] <= 0\n", 1, 0},
+        {"failed request", 0x44, {false, {}}, -2, 12345, L"VOK: General_WMIMethod_INT(...) return FALSE\n", 1, 0},
+        {"not opened", -1, {}, -1, 12345, L"VOK: Exit InitializeZEVACPIDevice()\n", 0, 0},
+        {"null handle", 0, {}, -2, 12345, L"VOK: General_WMIMethod_INT(...) return FALSE\n", 0, 0},  // opens, unusable
     };
     for (const auto& tc : cases) {
         FakeAcpiDevice device;
+        device.openResult = tc.open;
         device.replies.push_back(tc.reply);
         const Outcome o = Read(4);
-        EXPECT_EQ(o.result, tc.result) << tc.name;
-        EXPECT_EQ(o.count, tc.count) << tc.name;
-        EXPECT_EQ(o.lastMessage, tc.lastMessage) << tc.name;
+        EXPECT_EQ(std::tuple(o.result, o.count, o.lastMessage, device.requests.size(), device.closed.size()),
+                  std::tuple(tc.result, tc.count, tc.lastMessage, tc.requests, tc.closed))
+            << tc.name;
         EXPECT_EQ(o.buffer, tc.result == 0 ? block : std::vector<uint8_t>(512, 0xCC)) << tc.name;
-        EXPECT_EQ(device.closed.size(), tc.closed ? 1u : 0u) << tc.name;
+        if (tc.open == -1) {
+            EXPECT_EQ(o.printed, "ReadDataBlocklib version = 1.0.99.4\n");
+        }
     }
+    EXPECT_EQ(AcpiInitialized(), 1);
 }
 
-// The bytes a short reply leaves alone keep what was sent: the arguments,
-// then zeros; they are handed out as block data.
+// The bytes a short reply leaves alone keep what was sent (the arguments, then zeros) and are handed out.
 TEST(OLKReadDataBlock, AShortReplyKeepsTheSentArgumentsInTheBlock) {
     FakeAcpiDevice device;
     device.replies.push_back(FakeAcpiDevice::Block(7, SampleBlock(), 4));  // word 0 only
+    device.replies.push_back(FakeAcpiDevice::Block(7, SampleBlock(), 6));
     const Outcome o = Read(5);
-    EXPECT_EQ(o.result, 0);
-    EXPECT_EQ(o.count, 7);
+    EXPECT_EQ(std::tuple(o.result, o.count), std::tuple(0, 7));
     std::vector<uint8_t> expected(512, 0);
     expected[0] = 1;  // word 1 as sent
     EXPECT_EQ(o.buffer, expected);
-
-    device.replies.push_back(FakeAcpiDevice::Block(7, SampleBlock(), 6));
     expected[0] = SampleBlock()[0];
     expected[1] = SampleBlock()[1];
     EXPECT_EQ(Read(5).buffer, expected);
 }
 
-TEST(OLKReadDataBlock, UnopenedOrUnusableDevice) {
-    {
-        FakeAcpiDevice device;
-        device.openResult = -1;
-        const Outcome o = Read(0);
-        EXPECT_EQ(o.result, -1);
-        EXPECT_EQ(o.lastMessage, L"VOK: Exit InitializeZEVACPIDevice()\n");
-        EXPECT_TRUE(device.requests.empty());
-        EXPECT_EQ(o.printed, "ReadDataBlocklib version = 1.0.99.4\n");
-    }
-    {
-        FakeAcpiDevice device;
-        device.openResult = 0;  // a null handle opens but cannot be used
-        const Outcome o = Read(0);
-        EXPECT_EQ(o.result, -2);
-        EXPECT_TRUE(device.requests.empty());
-    }
-    EXPECT_EQ(AcpiInitialized(), 1);
-}
-
 TEST(OLKReadDataBlock, SaysWhatItGot) {
     FakeAcpiDevice device;
     device.replies.push_back(FakeAcpiDevice::Block(0xFFFFFFFF, SampleBlock()));
-    test::DebugCapture debug;
-    std::string printed = test::CaptureStdout([] {
-        int32_t count = 0;
-        std::array<uint8_t, 512> buffer{};
-        OLKReadDataBlock(&count, buffer.data(), 1);
-    });
-    EXPECT_EQ(printed,
-              "ReadDataBlocklib version = 1.0.99.4\nulInOutBuffer[0]: -1\nVOK: ulOutBuffer[0] = -1 > 0\n");
-    EXPECT_EQ(debug.joined(),
+    const Outcome o = Read(1);
+    EXPECT_EQ(o.printed, "ReadDataBlocklib version = 1.0.99.4\nulInOutBuffer[0]: -1\nVOK: ulOutBuffer[0] = -1 > 0\n");
+    EXPECT_EQ(o.said,
               L"VOK: Enter OLKReadDataBlock()\nVOK: Enter InitializeZEVACPIDevice()\n"
               L"VOK: Exit InitializeZEVACPIDevice()\nVOK: Enter General_WMIMethod_INT()\n"
               L"VOK: Enter ControlWMIMethod()\nVOK: Exit ControlWMIMethod()\n"
@@ -162,12 +129,8 @@ TEST(OLKReadDataBlock, SaysWhatItGot) {
 }
 
 TEST(OLKReadDataBlock, WithoutTheFirmwareDeviceOpeningFails) {
-    int32_t count = 5;
-    std::array<uint8_t, 512> buffer{};
-    int32_t result = 0;
-    test::CaptureStdout([&] { result = OLKReadDataBlock(&count, buffer.data(), 0); });
-    EXPECT_EQ(result, -1);  // no test machine carries the panel firmware's device
-    EXPECT_EQ(count, 5);
+    const Outcome o = Read(0);  // no test machine carries the panel firmware's device
+    EXPECT_EQ(std::tuple(o.result, o.count), std::tuple(-1, 12345));
 }
 
 }  // namespace
