@@ -4,6 +4,8 @@
 
 #include <cstdint>
 
+#include "platform/seam.h"
+
 namespace quarnel::platform {
 
 // A device handle as the system hands it out; 0 means closed.
@@ -27,16 +29,7 @@ public:
 // The device in use: the system's, unless a test has put its own in place.
 AcpiDevice& ActiveAcpiDevice();
 
-// Test seam: routes device access to `device` for the object's lifetime.
-class ScopedAcpiDevice {
-public:
-    explicit ScopedAcpiDevice(AcpiDevice& device);
-    ~ScopedAcpiDevice();
-    ScopedAcpiDevice(const ScopedAcpiDevice&) = delete;
-    ScopedAcpiDevice& operator=(const ScopedAcpiDevice&) = delete;
-
-private:
-    AcpiDevice* previous_;
-};
+// Test seam: routes device access to a fake for the object's lifetime.
+using ScopedAcpiDevice = ScopedOverride<AcpiDevice>;
 
 }  // namespace quarnel::platform

@@ -4,22 +4,6 @@ namespace quarnel::platform {
 
 DebugChannel& SystemDebugChannel();  // per-system backend
 
-namespace {
-DebugChannel*& Slot() {
-    static DebugChannel* active = nullptr;
-    return active;
-}
-}  // namespace
-
-DebugChannel& ActiveDebugChannel() {
-    DebugChannel* active = Slot();
-    return active != nullptr ? *active : SystemDebugChannel();
-}
-
-ScopedDebugChannel::ScopedDebugChannel(DebugChannel& channel) : previous_(Slot()) {
-    Slot() = &channel;
-}
-
-ScopedDebugChannel::~ScopedDebugChannel() { Slot() = previous_; }
+DebugChannel& ActiveDebugChannel() { return ActiveOr<DebugChannel>(SystemDebugChannel); }
 
 }  // namespace quarnel::platform

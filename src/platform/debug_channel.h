@@ -3,6 +3,8 @@
 
 #include <string_view>
 
+#include "platform/seam.h"
+
 namespace quarnel::platform {
 
 class DebugChannel {
@@ -15,16 +17,7 @@ public:
 // QUARNEL_DEBUG is 1) elsewhere, unless a test has put its own in place.
 DebugChannel& ActiveDebugChannel();
 
-// Test seam: routes the channel to `channel` for the object's lifetime.
-class ScopedDebugChannel {
-public:
-    explicit ScopedDebugChannel(DebugChannel& channel);
-    ~ScopedDebugChannel();
-    ScopedDebugChannel(const ScopedDebugChannel&) = delete;
-    ScopedDebugChannel& operator=(const ScopedDebugChannel&) = delete;
-
-private:
-    DebugChannel* previous_;
-};
+// Test seam: routes the debugger channel to a fake for the object's lifetime.
+using ScopedDebugChannel = ScopedOverride<DebugChannel>;
 
 }  // namespace quarnel::platform

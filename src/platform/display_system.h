@@ -7,6 +7,8 @@
 #include <cstdint>
 #include <string>
 
+#include "platform/seam.h"
+
 namespace quarnel::platform {
 
 using DeviceList = std::intptr_t;  // 0: no list
@@ -60,16 +62,7 @@ public:
 // The system's display enumeration, unless a test has put its own in place.
 DisplaySystem& ActiveDisplaySystem();
 
-// Test seam: routes display enumeration to `system` for the object's lifetime.
-class ScopedDisplaySystem {
-public:
-    explicit ScopedDisplaySystem(DisplaySystem& system);
-    ~ScopedDisplaySystem();
-    ScopedDisplaySystem(const ScopedDisplaySystem&) = delete;
-    ScopedDisplaySystem& operator=(const ScopedDisplaySystem&) = delete;
-
-private:
-    DisplaySystem* previous_;
-};
+// Test seam: routes display enumeration to a fake for the object's lifetime.
+using ScopedDisplaySystem = ScopedOverride<DisplaySystem>;
 
 }  // namespace quarnel::platform
