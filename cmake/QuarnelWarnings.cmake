@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Warnings are kept high on every target of the project.
 function(quarnel_warnings target)
   if(MSVC)

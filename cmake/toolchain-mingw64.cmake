@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Cross build of the Windows DLL and test suite with MinGW-w64 (posix thread
 # model, so std::mutex and GoogleTest are available). Tests run under Wine.
 set(CMAKE_SYSTEM_NAME Windows)

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Builds the libFuzzer targets with clang and runs each for a bounded time.
 # Usage: scripts/fuzz-smoke.sh [seconds-per-target]
 set -euo pipefail

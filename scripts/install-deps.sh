@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Installs the Debian packages a build needs, only those that are missing.
 # Usage: scripts/install-deps.sh [native] [windows] [fuzz]
 set -euo pipefail

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Builds the quarnel tool (release) and runs it; arguments go to the tool.
 set -euo pipefail
 cd "$(dirname "$0")/.."

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Cross-builds quarnel.dll and the test suite with MinGW-w64 and runs the
 # tests under Wine.
 set -euo pipefail

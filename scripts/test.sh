@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Builds the library, the tool and the test suite (release) and runs the tests.
 set -euo pipefail
 cd "$(dirname "$0")/.."

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Encode and decode of gamma LUTs as firmware strings: the Huffman coding
 // alone, and LUT2BIOS / BIOS2LUT end to end (their messages go to /dev/null).
 
@@ -14,7 +15,7 @@
 #include "codec/huffman_string.h"
 #include "codec/lut_differences.h"
 #include "codec/position_lists.h"
-#include "lut/lut16.h"
+#include "core/lut16.h"
 #include "quarnel/cctapi.h"
 
 namespace {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Cost of one white-point solve (with and without the luminance search) and
 // of one factory gamma table build.
 #include <benchmark/benchmark.h>

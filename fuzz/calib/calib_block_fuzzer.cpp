@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Feeds arbitrary bytes, of any length, as a creator's calibration file
 // through the whole calibration read.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // BIOS2LUT on arbitrary strings. The string sits in a buffer exactly as long
 // as its first byte says, so any read past that end is caught.
 //

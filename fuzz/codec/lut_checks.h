@@ -1,10 +1,11 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // Checks shared by the LUT string fuzzers.
 
 #include <cstdio>
 #include <cstdlib>
 
-#include "lut/lut16.h"
+#include "core/lut16.h"
 
 namespace quarnel::fuzz {
 

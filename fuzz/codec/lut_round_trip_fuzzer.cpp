@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // LUT2BIOS then BIOS2LUT on LUTs built from the input. A storable LUT must
 // come back identical; any other LUT must fail cleanly or read back as a
 // valid rising LUT.
@@ -11,7 +12,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "lut/lut16.h"
+#include "core/lut16.h"
 #include "lut_checks.h"
 #include "quarnel/cctapi.h"
 

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /*
  * Quarnel display colour-calibration library: the public C interface.
  *
@@ -46,18 +47,10 @@ enum {
 };
 
 /* Flags on CCTAPI request codes. */
-enum {
-    CCTAPI_FLAG_REGAMMA = 0x80,
-    CCTAPI_FLAG_RECOMPUTE_GAIN = 0x40
-};
+enum { CCTAPI_FLAG_REGAMMA = 0x80, CCTAPI_FLAG_RECOMPUTE_GAIN = 0x40 };
 
 /* Modes of CCTAPI_VX. */
-enum {
-    CCTAPI_VX_VIVID_MODE = 3,
-    CCTAPI_VX_VIVID_MODE_ALT = 26,
-    CCTAPI_VX_MODE_FIRST = 21,
-    CCTAPI_VX_MODE_LAST = 25
-};
+enum { CCTAPI_VX_VIVID_MODE = 3, CCTAPI_VX_VIVID_MODE_ALT = 26, CCTAPI_VX_MODE_FIRST = 21, CCTAPI_VX_MODE_LAST = 25 };
 
 /* Output formats of the graphics-driver gamma interface (lutApiType). */
 enum {
@@ -118,11 +111,11 @@ typedef struct CctContext {
 QUARNEL_API int32_t CCTAPI(uint32_t code, CctContext* ctx);
 QUARNEL_API int32_t CCTAPI_VX(int32_t mode, CctContext* ctx, const uint16_t* vxInput);
 
-QUARNEL_API int32_t LUT2BIOS(const uint16_t* lut, uint32_t maxSize, uint8_t* out,
-                             int32_t outCapacity, uint32_t* method);
+QUARNEL_API int32_t LUT2BIOS(const uint16_t* lut, uint32_t maxSize, uint8_t* out, int32_t outCapacity,
+                             uint32_t* method);
 QUARNEL_API int32_t BIOS2LUT(uint16_t* lut, const uint8_t* string, int32_t count, int32_t method);
-QUARNEL_API int32_t GetHfmInfor(uint32_t* symbols, double* probabilities, uint32_t* codeLengths,
-                                uint32_t* codes, uint32_t* count);
+QUARNEL_API int32_t GetHfmInfor(uint32_t* symbols, double* probabilities, uint32_t* codeLengths, uint32_t* codes,
+                                uint32_t* count);
 QUARNEL_API int32_t ShowHfmVer(void);
 QUARNEL_API int32_t ShowVersion(void);
 

@@ -1,24 +1,27 @@
+// SPDX-License-Identifier: MIT
 // CCTAPI: decodes the request code, runs the per-call prologue, hands the
 // request to its handler and closes the call with the epilogue.
 
 #include <optional>
 
+#include "api/entry_points.h"
 #include "api/handlers.h"
 #include "api/request.h"
 #include "api/warning.h"
+#include "core/constants.h"
 #include "diag/debug.h"
 #include "diag/trace.h"
 #include "diag/version.h"
+#include "lut/regamma.h"
 #include "quarnel/cctapi.h"
 
 namespace quarnel {
 namespace {
 
 constexpr int32_t kLastLowRequest = 999;
-constexpr int kFloatRampPoints = 1024;
 
 void FillIdentityFloatRamps(CctContext* ctx) {
-    for (int i = 0; i < kFloatRampPoints; ++i) {
+    for (int i = 0; i < kNvPoints; ++i) {
         const auto f = static_cast<float>(i / 1023.0);
         for (int c = 0; c < 3; ++c) {
             ctx->outNvPreGamma[i][c] = f;
@@ -44,8 +47,9 @@ int32_t Dispatch(CctContext* ctx, const RequestArgs& args) {
 }  // namespace
 }  // namespace quarnel
 
-extern "C" QUARNEL_API int32_t CCTAPI(uint32_t code, CctContext* ctx) {
-    using namespace quarnel;
+namespace quarnel {
+
+int32_t Cctapi(uint32_t code, CctContext* ctx) {
     DebugMessage(L"; VOK: Enter CCTAPI()\n");
     if (ctx == nullptr) return CCT_ERR_REQUEST;  // nothing to answer into
 
@@ -70,3 +74,5 @@ extern "C" QUARNEL_API int32_t CCTAPI(uint32_t code, CctContext* ctx) {
     DebugMessage(L"; VOK: Exit  CCTAPI()\n");
     return status;
 }
+
+}  // namespace quarnel

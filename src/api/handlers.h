@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // The request handlers that CCTAPI dispatches to after its prologue.
 

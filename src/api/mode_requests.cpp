@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Requests 1 to 7. The initialisation and the gain-driven LUT modes are not
 // served by this build yet; they answer -1 through the normal epilogue.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Request 8: the neutral (identity) LUT written straight in the driver's
 // form; no gains, improvement, brightness control, conversion or re-gamma.
 

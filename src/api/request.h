@@ -1,9 +1,8 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // A decoded CCTAPI request: the request number and its two flag bits.
 
 #include <cstdint>
-
-#include "lut/lut16.h"
 
 namespace quarnel {
 
@@ -26,8 +25,5 @@ struct RequestArgs {
     Request request;
     const uint16_t* regammaCurve;
 };
-
-// The 2.6-over-2.2 re-gamma curve, the same in all three planes.
-Lut16 BuildRegammaCurve();
 
 }  // namespace quarnel

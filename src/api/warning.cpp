@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "api/warning.h"
 
 namespace quarnel {

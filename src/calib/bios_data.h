@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // BiosData: one 512-byte factory calibration block, where it came from, and
 // its parse; plus the monitors' EDID blocks collected with it.
@@ -8,9 +9,10 @@
 #include <string>
 #include <vector>
 
+#include "core/constants.h"
+
 namespace quarnel {
 
-inline constexpr int32_t kBlockSize = 512;
 inline constexpr std::size_t kEdidBlockSize = 1024;
 
 // Values of BiosDataStatus.

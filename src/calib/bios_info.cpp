@@ -1,11 +1,13 @@
+// SPDX-License-Identifier: MIT
 #include "calib/bios_info.h"
 
 #include <algorithm>
 #include <memory>
 
 #include "calib/source.h"
+#include "codec/lut_string.h"
+#include "core/lut16.h"
 #include "diag/debug.h"
-#include "lut/lut16.h"
 
 namespace quarnel {
 namespace {
@@ -38,7 +40,7 @@ void FillTone(const BiosData& data, const CctContext& ctx, ToneModel& tone) {
 bool DecodeGammaLut(const BiosData& data, CctContext& ctx) {
     // The string starts with its own length byte, as the encoder wrote it.
     if (data.lutString.empty()) return false;
-    return BIOS2LUT(&ctx.gammaLut[0][0], data.lutString.data(), kLutEntries, data.useMethod) == 0;
+    return codec::LoadLut(&ctx.gammaLut[0][0], data.lutString.data(), kLutEntries, data.useMethod) == 0;
 }
 
 }  // namespace

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // GetBIOSInfo: reads the panel's factory calibration and hands it to the
 // context and to the two records of the gain initialisation.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "calib/block_parser.h"
 
 #include <algorithm>
@@ -21,7 +22,7 @@ constexpr int kVersion3Gap = 4;
 constexpr int kVersion4Gap = 1;
 constexpr int kVersion5Gap = 12;
 constexpr int kVersion7Gap = 1;
-constexpr int kToneValuesPerChannel = 15;
+constexpr int kBlockToneValuesPerChannel = 15;
 constexpr int kBlackColumns = 3;
 
 // Whites that a block older than version 4 implies.
@@ -90,7 +91,7 @@ void ReadWhites(BlockReader& in, BiosData& data) {
 void ReadTone(BlockReader& in, BiosData& data) {
     in.Skip(kVersion5Gap);
     for (auto& row : data.tone)
-        for (int k = 0; k < kToneValuesPerChannel; ++k) row[kBlackColumns + k] = in.Single();
+        for (int k = 0; k < kBlockToneValuesPerChannel; ++k) row[kBlackColumns + k] = in.Single();
     data.crc2Low = in.Byte();
     data.crc2High = in.Byte();
     for (int k = 0; k < kBlackColumns; ++k) {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // The layout of the 512-byte calibration block and its two CRC checks.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "calib/crc16.h"
 
 namespace quarnel {

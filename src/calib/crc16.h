@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // CRC-16 of the calibration block: polynomial 0x1021, initial value 0xFFFF,
 // most significant bit first, no reflection, no final XOR.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "calib/edid.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // The EDID blocks of the monitors the system knows, carried along with every
 // calibration read. Nothing decides on them; they only travel in BiosData.

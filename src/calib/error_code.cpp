@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "calib/error_code.h"
 
 namespace quarnel {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // The library's error code of the initialisation request: the calibration
 // sources set it when the calibration file cannot be opened (-3) or fails

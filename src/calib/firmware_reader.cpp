@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "calib/firmware_reader.h"
 
 #include <algorithm>
@@ -32,13 +33,20 @@ struct MethodCall {
 
 MethodCall SelectMethod(int32_t method) {
     switch (method) {
-        case 0: return {kMethodScdg, 1, 0};
-        case 1: return {kMethodScdg, 2, 0};
-        case 2: return {kMethodDsts, kDstsPanel0, 0};
-        case 3: return {kMethodDsts, kDstsPanel1, 0};
-        case 4: return {kMethodDsts, kDstsPanel0, 1};
-        case 5: return {kMethodDsts, kDstsPanel1, 1};
-        default: return {kMethodDsts, 0, 0};
+        case 0:
+            return {kMethodScdg, 1, 0};
+        case 1:
+            return {kMethodScdg, 2, 0};
+        case 2:
+            return {kMethodDsts, kDstsPanel0, 0};
+        case 3:
+            return {kMethodDsts, kDstsPanel1, 0};
+        case 4:
+            return {kMethodDsts, kDstsPanel0, 1};
+        case 5:
+            return {kMethodDsts, kDstsPanel1, 1};
+        default:
+            return {kMethodDsts, 0, 0};
     }
 }
 
@@ -111,12 +119,9 @@ int32_t& AcpiInitialized() {
     return initialized;
 }
 
-}  // namespace quarnel
-
 // The -2 and -3 paths leave the device open on purpose: the next read opens
 // it again over the old handle.
-extern "C" QUARNEL_API int32_t OLKReadDataBlock(int32_t* count, uint8_t* buffer, int32_t method) {
-    using namespace quarnel;
+int32_t ReadDataBlock(int32_t* count, uint8_t* buffer, int32_t method) {
     DebugPrint("ReadDataBlocklib version = %s\n", kReaderVersion);
     DebugMessage(L"VOK: Enter OLKReadDataBlock()\n");
     InitializeZEVACPIDevice();
@@ -146,3 +151,5 @@ extern "C" QUARNEL_API int32_t OLKReadDataBlock(int32_t* count, uint8_t* buffer,
     UninitializeZEVACPIDevice();
     return kReadOk;
 }
+
+}  // namespace quarnel

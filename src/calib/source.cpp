@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "calib/source.h"
 
 #include <cstdio>
@@ -8,6 +9,7 @@
 #include "calib/block_parser.h"
 #include "calib/edid.h"
 #include "calib/error_code.h"
+#include "calib/firmware_reader.h"
 #include "diag/debug.h"
 
 namespace quarnel {
@@ -49,7 +51,7 @@ void ReadFirmware(BiosData& data, int32_t panelIndex) {
     data.cursor = 0;
     int32_t count = 0;
     // A failed read leaves the cleared block, which the format checks then reject.
-    static_cast<void>(OLKReadDataBlock(&count, data.raw.data(), panelIndex));
+    static_cast<void>(ReadDataBlock(&count, data.raw.data(), panelIndex));
     data.length = kBlockSize;
     data.BiosDataStatus = kBiosOk;
 }

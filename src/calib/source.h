@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // The two sources of the calibration block: the creator application's raw
 // file (kalzenPath immediately followed by kalzenFilename) or the firmware.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "codec/bit_packing.h"
 
 namespace quarnel::codec {

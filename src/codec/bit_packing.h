@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // Packing of a bit sequence into bytes, least significant bit first: the
 // first bit is bit 0 of byte 0, the ninth is bit 0 of byte 1.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "codec/huffman_coding.h"
 
 #include "diag/debug.h"

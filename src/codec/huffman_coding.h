@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // Coding of symbol sequences as bit sequences with a Huffman tree.
 

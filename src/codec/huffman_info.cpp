@@ -1,6 +1,7 @@
+// SPDX-License-Identifier: MIT
+#include "codec/huffman_info.h"
 #include "codec/huffman_tree.h"
 #include "diag/debug.h"
-#include "quarnel/cctapi.h"
 
 namespace quarnel::codec {
 namespace {
@@ -32,11 +33,9 @@ int32_t FillHuffmanInfo(uint32_t* symbols, double* probabilities, uint32_t* code
 }
 
 }  // namespace
-}  // namespace quarnel::codec
 
-extern "C" QUARNEL_API int32_t GetHfmInfor(uint32_t* symbols, double* probabilities, uint32_t* codeLengths,
-                                           uint32_t* codes, uint32_t* count) {
-    using namespace quarnel::codec;
+int32_t GetHuffmanInfo(uint32_t* symbols, double* probabilities, uint32_t* codeLengths, uint32_t* codes,
+                       uint32_t* count) {
     if (symbols == nullptr || probabilities == nullptr || codeLengths == nullptr || codes == nullptr ||
         count == nullptr)
         return kInfoFailed;
@@ -45,6 +44,6 @@ extern "C" QUARNEL_API int32_t GetHfmInfor(uint32_t* symbols, double* probabilit
     return status;
 }
 
-extern "C" QUARNEL_API int32_t ShowHfmVer(void) {
-    return quarnel::DebugPrint("Huffman kernel version: %s\n", quarnel::codec::kHuffmanKernelVersion);
-}
+int32_t ShowHuffmanVersion() { return DebugPrint("Huffman kernel version: %s\n", kHuffmanKernelVersion); }
+
+}  // namespace quarnel::codec

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "codec/huffman_string.h"
 
 #include <algorithm>

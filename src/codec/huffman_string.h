@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // The Huffman string (method 0): the 768 difference symbols coded with the
 // fixed table "v1" and packed least significant bit first.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "codec/lut_differences.h"
 
 namespace quarnel::codec {

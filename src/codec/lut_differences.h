@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // A Lut16 as 768 neighbour differences of its 8-bit reduction, plane by
 // plane: d[c][0] = 0, d[c][i] = value[c][i] - value[c][i - 1].
@@ -6,7 +7,7 @@
 #include <cstdint>
 #include <optional>
 
-#include "lut/lut16.h"
+#include "core/lut16.h"
 
 namespace quarnel::codec {
 

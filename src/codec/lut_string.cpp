@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "codec/lut_string.h"
 
 #include <algorithm>
@@ -7,7 +8,6 @@
 #include "codec/huffman_string.h"
 #include "codec/lut_differences.h"
 #include "codec/position_lists.h"
-#include "quarnel/cctapi.h"
 
 namespace quarnel::codec {
 namespace {
@@ -67,14 +67,3 @@ int32_t LoadLut(uint16_t* lut, const uint8_t* string, int32_t count, int32_t met
 }
 
 }  // namespace quarnel::codec
-
-extern "C" QUARNEL_API int32_t LUT2BIOS(const uint16_t* lut, uint32_t maxSize, uint8_t* out, int32_t outCapacity,
-                                        uint32_t* method) {
-    if (lut == nullptr || out == nullptr || method == nullptr) return quarnel::codec::kStringFailed;
-    return quarnel::codec::StoreLut(lut, maxSize, out, outCapacity, method);
-}
-
-extern "C" QUARNEL_API int32_t BIOS2LUT(uint16_t* lut, const uint8_t* string, int32_t count, int32_t method) {
-    if (lut == nullptr || string == nullptr) return quarnel::codec::kStringFailed;
-    return quarnel::codec::LoadLut(lut, string, count, method);
-}

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // A Lut16 as a firmware byte string (LUT2BIOS and BIOS2LUT in the C
 // interface). Two string forms exist; LUT2BIOS writes the shorter one.

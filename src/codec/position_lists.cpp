@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "codec/position_lists.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // The position-list string (method 1): for each difference value other than
 // 1, the positions of every plane that carry it. Unlisted positions are 1.

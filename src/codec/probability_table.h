@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // The fixed probability table "v1" of the LUT difference symbols 0..4. Every
 // build derives its Huffman code from this table, so it must never change.

@@ -1,9 +1,10 @@
+// SPDX-License-Identifier: MIT
 #include "color/apply_gains.h"
 
 #include <algorithm>
 
-#include "color/half_up.h"
-#include "lut/lut16.h"
+#include "core/half_up.h"
+#include "core/lut16.h"
 
 namespace quarnel {
 namespace {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // Applying white-point gains to a planar Lut16 (3 x 256 entries).
 

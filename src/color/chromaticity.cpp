@@ -1,6 +1,7 @@
+// SPDX-License-Identifier: MIT
 #include "color/chromaticity.h"
 
-#include "color/half_up.h"
+#include "core/half_up.h"
 
 namespace quarnel {
 namespace {

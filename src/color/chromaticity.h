@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // CIE 1931 chromaticity primitives: a row's chromaticity, McCamy's colour
 // temperature and the test whether a point lies inside the panel's gamut.

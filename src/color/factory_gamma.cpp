@@ -1,11 +1,12 @@
+// SPDX-License-Identifier: MIT
 #include "color/factory_gamma.h"
 
 #include <algorithm>
 #include <cmath>
 
-#include "color/half_up.h"
+#include "core/half_up.h"
+#include "core/srgb.h"
 #include "diag/debug.h"
-#include "lut/srgb.h"
 
 namespace quarnel {
 namespace {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // The factory gamma table: from the seven measured XYZ levels of each primary
 // to a per-channel 256-entry table of drive codes whose response follows the

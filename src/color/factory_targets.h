@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // FactoryTargets: the white targets that version-4 and later calibration data
 // carry, filled by the calibration source for the gain initialisation.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // The records of one white-point solve: the caller's request and the solver's
 // working state, and the status bits the solver reports in them.

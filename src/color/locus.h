@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // Chromaticities of a colour temperature on the three loci a target can be
 // placed on. Each clamps its integer kelvin and reports the clamp in the

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // ToneModel: the factory tone measurements of version-5 and later calibration
 // data, filled by the calibration source and turned into the factory gamma
@@ -12,9 +13,9 @@ inline constexpr int kToneLevelCount = 7;
 // Drive levels of the seven measurements per primary, in order.
 inline constexpr std::array<int32_t, kToneLevelCount> kToneLevels{0, 42, 86, 128, 168, 210, 255};
 // Seven levels x (X, Y, Z).
-inline constexpr int kToneValuesPerChannel = kToneLevelCount * 3;
+inline constexpr int kModelToneValuesPerChannel = kToneLevelCount * 3;
 
-using ToneChannel = std::array<double, kToneValuesPerChannel>;
+using ToneChannel = std::array<double, kModelToneValuesPerChannel>;
 using GammaTable = std::array<std::array<int32_t, 3>, 256>;  // [input level][red, green, blue]
 
 struct ToneModel {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "color/white_gains.h"
 
 #include <cmath>

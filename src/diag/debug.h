@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // The library's two message channels: wide messages for the debugger, and
 // printf-style narrow messages on standard output.

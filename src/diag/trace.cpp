@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "diag/trace.h"
 
 #include <cstdarg>
@@ -53,8 +54,8 @@ void WriteMatrix(std::FILE* file, const char* title, const double (*m)[3]) {
 
 void WriteFloatTriples(std::FILE* file, const float (*values)[3]) {
     for (int j = 0; j < 1024; ++j) {
-        TraceWrite(file, "[%3d] %f %f %f\n", j, static_cast<double>(values[j][0]),
-                   static_cast<double>(values[j][1]), static_cast<double>(values[j][2]));
+        TraceWrite(file, "[%3d] %f %f %f\n", j, static_cast<double>(values[j][0]), static_cast<double>(values[j][1]),
+                   static_cast<double>(values[j][2]));
     }
 }
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // The trace log: full dumps of the context and of the LUT at each pipeline
 // step, written only while the fixed trace file exists.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "diag/version.h"
 
 #include "diag/debug.h"
@@ -5,6 +6,8 @@
 
 static_assert(quarnel::kInterfaceVersion == CCTAPI_INTERFACE_VERSION);
 
-extern "C" QUARNEL_API int32_t ShowVersion(void) {
-    return quarnel::DebugPrint("; VOK: Quarnel.dll Version: %s\n", quarnel::kLibraryVersionText);
-}
+namespace quarnel {
+
+int32_t ShowLibraryVersion() { return DebugPrint("; VOK: Quarnel.dll Version: %s\n", kLibraryVersionText); }
+
+}  // namespace quarnel

@@ -1,5 +1,8 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // Version numbers the library reports.
+
+#include <cstdint>
 
 namespace quarnel {
 
@@ -11,5 +14,8 @@ inline constexpr unsigned kInterfaceVersion = (kInterfaceMajor << 16) | (kInterf
 
 // Build string printed by ShowVersion.
 inline constexpr const char* kLibraryVersionText = "v1.0.0.2_20210802";
+
+// ShowVersion: prints the build string; returns what printf returns.
+int32_t ShowLibraryVersion();
 
 }  // namespace quarnel

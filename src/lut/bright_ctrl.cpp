@@ -1,10 +1,11 @@
+// SPDX-License-Identifier: MIT
 #include "lut/bright_ctrl.h"
 
 #include <algorithm>
 
-#include "color/half_up.h"
+#include "core/half_up.h"
+#include "core/lut16.h"
 #include "diag/debug.h"
-#include "lut/lut16.h"
 #include "quarnel/cctapi.h"
 
 namespace quarnel {
@@ -16,7 +17,6 @@ constexpr double kSearchLimit = 0.2;
 constexpr double kKnee = 0.4;
 constexpr double kKneeSpan = 0.6;
 constexpr double kMinPeakRatio = 0.55;
-constexpr double kPeakCeiling = 65535.0;
 
 using Table = double[kLutLevels][3];
 
@@ -35,7 +35,7 @@ int ResampleIndex(int i, double k) { return std::clamp(HalfUp(i * k), 0, kLutLev
 
 void LiftDimPeak(uint16_t* lut, Table& result) {
     const double top = std::min({static_cast<double>(lut[LutIndex(2, 255)]), static_cast<double>(lut[LutIndex(1, 255)]),
-                                 static_cast<double>(lut[LutIndex(0, 255)]), kPeakCeiling});
+                                 static_cast<double>(lut[LutIndex(0, 255)]), kMax16});
     const double peak = top / kLutFullScale;
     if (!(kMinPeakRatio > peak)) return;
     const double factor = kMinPeakRatio / peak;
@@ -60,8 +60,7 @@ int32_t LutBrightCtrl(uint16_t* lut, uint32_t lutApiType, double scale) {
 
     Table source;
     for (int i = 0; i < kLutLevels; ++i)
-        for (int c = 0; c < kLutPlanes; ++c)
-            source[i][c] = lut[LutIndex(c, i)];
+        for (int c = 0; c < kLutPlanes; ++c) source[i][c] = lut[LutIndex(c, i)];
 
     const double k = (std::clamp(scale, 0.0, 1.0) - kKnee) * (1.0 - scaleTH) / kKneeSpan + scaleTH;
     Table result;
@@ -70,8 +69,7 @@ int32_t LutBrightCtrl(uint16_t* lut, uint32_t lutApiType, double scale) {
         for (int c = 0; c < kLutPlanes; ++c) result[i][c] = source[j][c];
     }
     for (int i = 0; i < kLutLevels; ++i)
-        for (int c = 0; c < kLutPlanes; ++c)
-            lut[LutIndex(c, i)] = static_cast<uint16_t>(TruncToInt(result[i][c]));
+        for (int c = 0; c < kLutPlanes; ++c) lut[LutIndex(c, i)] = static_cast<uint16_t>(TruncToInt(result[i][c]));
 
     if (lutApiType == CCT_LUT_API_QCOM) LiftDimPeak(lut, result);
     DebugMessage(L"; VOK: ##Exit  LutBrightCtrl()##\n");

@@ -1,21 +1,18 @@
+// SPDX-License-Identifier: MIT
 #include "lut/convert.h"
 
 #include <algorithm>
 #include <cmath>
 #include <vector>
 
-#include "color/half_up.h"
+#include "core/half_up.h"
+#include "core/lut16.h"
+#include "core/srgb.h"
 #include "diag/debug.h"
-#include "lut/lut16.h"
-#include "lut/srgb.h"
 #include "quarnel/cctapi.h"
 
 namespace quarnel {
 namespace {
-
-constexpr int kNvPoints = 1024;
-constexpr int kNvFloatsPerArray = kNvPoints * 3;
-constexpr double kMax16 = 65535.0;
 
 struct Triple {
     double v[3];
@@ -41,14 +38,16 @@ Working ResampleThroughSrgb(const Working& w) {
         const double d = hi - lo;
         const Triple& a = w[static_cast<std::size_t>(lo)];
         const Triple& b = w[static_cast<std::size_t>(hi)];
-        for (int c = 0; c < 3; ++c) out[static_cast<std::size_t>(i)].v[c] = d != 0.0 ? a.v[c] + (b.v[c] - a.v[c]) / d * f : b.v[c];
+        for (int c = 0; c < 3; ++c)
+            out[static_cast<std::size_t>(i)].v[c] = d != 0.0 ? a.v[c] + (b.v[c] - a.v[c]) / d * f : b.v[c];
     }
     return out;
 }
 
 void WriteIgcl(const Working& w, double* outIgcl) {
     for (int i = 0; i < kLutLevels; ++i)
-        for (int c = 0; c < kLutPlanes; ++c) outIgcl[LutIndex(c, i)] = w[static_cast<std::size_t>(i)].v[c] / kLutFullScale;
+        for (int c = 0; c < kLutPlanes; ++c)
+            outIgcl[LutIndex(c, i)] = w[static_cast<std::size_t>(i)].v[c] / kLutFullScale;
 }
 
 void WriteNvPreGamma(float* pre, float* post) {
@@ -72,7 +71,8 @@ void WriteNvPostGamma(const Working& normalised, float* post) {
         const float f = (q - lo) / d;
         const Triple& a = normalised[static_cast<std::size_t>(lo)];
         const Triple& b = normalised[static_cast<std::size_t>(hi)];
-        for (int c = 0; c < 3; ++c) post[j * 3 + c] = static_cast<float>(a.v[c] + (b.v[c] - a.v[c]) * static_cast<double>(f));
+        for (int c = 0; c < 3; ++c)
+            post[j * 3 + c] = static_cast<float>(a.v[c] + (b.v[c] - a.v[c]) * static_cast<double>(f));
     }
 }
 
@@ -135,8 +135,8 @@ int32_t ConvertChecked(int32_t lutApiType, const uint16_t* inLut, uint16_t* outL
 
 }  // namespace
 
-int32_t LutConvert(int32_t lutApiType, const uint16_t* inLut, uint16_t* outLut, uint32_t /*lutCount*/,
-                   double* outIgcl, uint32_t /*igclCount*/, float* outNv, uint32_t /*nvCount*/) {
+int32_t LutConvert(int32_t lutApiType, const uint16_t* inLut, uint16_t* outLut, uint32_t /*lutCount*/, double* outIgcl,
+                   uint32_t /*igclCount*/, float* outNv, uint32_t /*nvCount*/) {
     DebugMessage(L"; VOK: ##Enter LutConvert()##\n");
     const int32_t status = ConvertChecked(lutApiType, inLut, outLut, outIgcl, outNv);
     DebugMessage(L"; VOK: ##Exit  LutConvert()##\n");

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 #include <cstdint>
@@ -10,7 +11,7 @@ namespace quarnel {
 // first at outNv (type 2); type 3 leaves everything as it is. The counts are
 // not consulted. Returns 0, -6 (unknown type) or -7 (null pointer); outputs
 // are untouched on failure. inLut may equal outLut.
-int32_t LutConvert(int32_t lutApiType, const uint16_t* inLut, uint16_t* outLut, uint32_t lutCount,
-                   double* outIgcl, uint32_t igclCount, float* outNv, uint32_t nvCount);
+int32_t LutConvert(int32_t lutApiType, const uint16_t* inLut, uint16_t* outLut, uint32_t lutCount, double* outIgcl,
+                   uint32_t igclCount, float* outNv, uint32_t nvCount);
 
 }  // namespace quarnel

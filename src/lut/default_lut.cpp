@@ -1,23 +1,20 @@
+// SPDX-License-Identifier: MIT
 #include "lut/default_lut.h"
 
 #include <algorithm>
 
+#include "core/lut16.h"
+#include "core/srgb.h"
 #include "diag/debug.h"
-#include "lut/lut16.h"
-#include "lut/srgb.h"
 #include "quarnel/cctapi.h"
 
 namespace quarnel {
 namespace {
 
-constexpr int kNvPoints = 1024;
-constexpr int kNvFloatsPerArray = kNvPoints * 3;
 // The sRGB-folded table uses the full 16-bit range, unlike the i x 256 ramps.
-constexpr double kSrgbTableScale = 65535.0;
-
 void WriteSrgbTable(uint16_t* outLut) {
     for (int i = 0; i < kLutLevels; ++i) {
-        const double v = std::clamp(SrgbEncode(i / 255.0) * kSrgbTableScale + 0.5, 0.0, kSrgbTableScale);
+        const double v = std::clamp(SrgbEncode(i / 255.0) * kMax16 + 0.5, 0.0, kMax16);
         for (int c = 0; c < kLutPlanes; ++c) outLut[LutIndex(c, i)] = static_cast<uint16_t>(v);
     }
 }

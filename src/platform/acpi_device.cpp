@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/acpi_device.h"
 
 namespace quarnel::platform {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // The firmware's ACPI control device: open it, send one I/O control request,
 // close it. The reader of the calibration block talks to nothing else.

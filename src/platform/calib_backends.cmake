@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # The firmware's ACPI control device and the display enumeration behind the
 # calibration sources.
 target_sources(quarnel_core PRIVATE

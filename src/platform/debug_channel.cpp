@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/debug_channel.h"
 
 namespace quarnel::platform {

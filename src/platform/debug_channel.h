@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // The debugger channel: where the library's wide Enter/Exit messages go.
 

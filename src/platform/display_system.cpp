@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/display_system.h"
 
 namespace quarnel::platform {

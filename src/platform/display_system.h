@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // The three families of system calls that find the monitors' EDID blocks:
 // display devices (adapters and their monitors), device setup (the list of
@@ -11,7 +12,7 @@
 
 namespace quarnel::platform {
 
-using DeviceList = std::intptr_t;  // 0: no list
+using DeviceList = std::intptr_t;   // 0: no list
 using RegistryKey = std::intptr_t;  // 0 and -1: not a key
 inline constexpr std::intptr_t kInvalidHandle = -1;
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // Test seams of the platform layer: every OS-facing interface has one slot
 // that a test can point at a fake for a while; the library asks the slot

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/trace_file.h"
 
 #include <utility>
@@ -15,9 +16,7 @@ std::string& Slot() {
 
 const std::string& TraceFilePath() { return Slot(); }
 
-ScopedTraceFilePath::ScopedTraceFilePath(std::string path) : previous_(std::move(Slot())) {
-    Slot() = std::move(path);
-}
+ScopedTraceFilePath::ScopedTraceFilePath(std::string path) : previous_(std::move(Slot())) { Slot() = std::move(path); }
 
 ScopedTraceFilePath::~ScopedTraceFilePath() { Slot() = std::move(previous_); }
 

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* Compiles the public header as C and reports the record layout that a C
    caller sees, so the C++ side can compare it with its own. */
 #include <stddef.h>

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Compares the shared library's exported symbols with the intended C interface.
 # Inputs: LIBRARY (path), TOOL (nm or objdump), KIND (elf or pe), EXPECTED (;-list).
 if(KIND STREQUAL "pe")

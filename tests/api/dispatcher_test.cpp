@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
 #include <cstring>
@@ -6,6 +7,7 @@
 
 #include "api/request.h"
 #include "lut/default_lut.h"
+#include "lut/regamma.h"
 #include "platform/trace_file.h"
 #include "quarnel/cctapi.h"
 #include "support/capture.h"
@@ -31,7 +33,8 @@ std::unique_ptr<CctContext> FilledContext() {
 // What the prologue always leaves behind: the identity float ramps.
 void ExpectPrologueRamps(CctContext& expected) {
     for (int j = 0; j < 1024; ++j)
-        for (int c = 0; c < 3; ++c) expected.outNvPreGamma[j][c] = expected.outNvPostGamma[j][c] = static_cast<float>(j / 1023.0);
+        for (int c = 0; c < 3; ++c)
+            expected.outNvPreGamma[j][c] = expected.outNvPostGamma[j][c] = static_cast<float>(j / 1023.0);
 }
 
 bool SameBytes(const CctContext& a, const CctContext& b) { return std::memcmp(&a, &b, sizeof(CctContext)) == 0; }
@@ -99,7 +102,8 @@ TEST(Dispatcher, NativeModeWritesTheDefaultLutOfEveryType) {
             const std::string printed = test::CaptureStdout([&] { status = CCTAPI(code, ctx.get()); });
             EXPECT_EQ(status, expectedStatus) << type;
             EXPECT_TRUE(SameBytes(*ctx, *viaDefault)) << type << " code " << code;
-            EXPECT_NE(printed.find("GetDefaultLut  result = " + std::to_string(expectedStatus) + "\n"), std::string::npos);
+            EXPECT_NE(printed.find("GetDefaultLut  result = " + std::to_string(expectedStatus) + "\n"),
+                      std::string::npos);
             EXPECT_EQ(debug.messages().front(), L"; VOK: Enter CCTAPI()\n");
             EXPECT_EQ(debug.messages()[1], L"; VOK: Enter CCTAPI_NATIVE_MODE\n");
             EXPECT_EQ(debug.messages().back(), L"; VOK: Exit  CCTAPI()\n");
@@ -143,7 +147,11 @@ TEST(RegammaCurve, FollowsTheSinglePrecisionPowerLaw) {
 TEST(RequestDecoding, FlagsAreStrippedAndOtherBitsKept) {
     const struct {
         uint32_t code, number, regamma, gain;
-    } cases[] = {{0x82, 2, 0x80, 0}, {0x42, 2, 0, 0x40}, {0xC2, 2, 0x80, 0x40}, {0x102, 0x102, 0, 0}, {0x1C2, 0x102, 0x80, 0x40}};
+    } cases[] = {{0x82, 2, 0x80, 0},
+                 {0x42, 2, 0, 0x40},
+                 {0xC2, 2, 0x80, 0x40},
+                 {0x102, 0x102, 0, 0},
+                 {0x1C2, 0x102, 0x80, 0x40}};
     for (const auto& tc : cases) {
         const Request r = DecodeRequest(tc.code);
         EXPECT_EQ(r.number, tc.number);

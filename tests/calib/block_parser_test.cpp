@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "calib/block_parser.h"
 
 #include <gtest/gtest.h>

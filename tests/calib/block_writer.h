@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // Writes 512-byte calibration blocks field by field, with correct or deliberately broken CRCs.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // An ACPI control device that records what it is sent and plays back replies.
 

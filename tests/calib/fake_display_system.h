@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // A scripted display system: adapters with their monitors, and the monitor class's devices with their registry values.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "calib/source.h"
 
 #include <gtest/gtest.h>
@@ -11,7 +12,7 @@
 #include "calib/error_code.h"
 #include "calib/fake_acpi_device.h"
 #include "calib/fake_display_system.h"
-#include "lut/lut16.h"
+#include "core/lut16.h"
 #include "support/capture.h"
 #include "support/temp_dir.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/posix/sysfs_display_system.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "color/factory_gamma.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "color/calc_gain.h"
 
 #include <gtest/gtest.h>

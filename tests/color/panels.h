@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // Panel measurements for the solver tests, built from chromaticities.
 

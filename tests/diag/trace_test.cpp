@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "diag/trace.h"
 
 #include <gtest/gtest.h>
@@ -73,14 +74,36 @@ TEST_F(TraceTest, ContextDumpFormat) {
     ASSERT_EQ(lines.size(), 1u + 1 + 1 + 2 + 5 + 5 + 5 + 7 + 3 + 257 + 257 + 257 + 1025 + 1025);
     EXPECT_EQ(lines[0], "earlier");
     EXPECT_EQ(lines[2].rfind("CCTAPI_NATIVE_MODE ", 0), 0u);
-    const std::vector<std::string> head = {
-        "Version: 8.B.0 ", "CCTWarning: -3", "ICC:", "0.000 0.000 0.000", "0.000 0.000 0.000", "0.000 0.000 0.000",
-        "0.000 1.000 0.000", "BIOS:", "0.640 0.000 0.000", "0.000 0.000 0.000", "0.000 0.000 0.000", "0.000 0.000 0.000",
-        "Nor: 0.98765 0.00000 0.00000", "W:   0.00000 0.00000 0.50000", "C:   0.00000 0.00000 0.00000",
-        "RdS: 0.00000 0.00000 0.00000", "RdW: 0.00000 0.00000 0.00000", "From BIOS: 0", "BIOS Ver: 7", "GammaK: 0",
-        "RDLevels: 3.000000", "RDIndex: 0.000000", "ICC Type: 0", "Enable User K: 0", "Panel Index: 0",
-        "Lut Api Type: 4", "Dc Mode Scale: 0.750000", "Ori  interval:1.250000 ", "[  0]   0   0   0",
-        "[  1]   1   0   0"};
+    const std::vector<std::string> head = {"Version: 8.B.0 ",
+                                           "CCTWarning: -3",
+                                           "ICC:",
+                                           "0.000 0.000 0.000",
+                                           "0.000 0.000 0.000",
+                                           "0.000 0.000 0.000",
+                                           "0.000 1.000 0.000",
+                                           "BIOS:",
+                                           "0.640 0.000 0.000",
+                                           "0.000 0.000 0.000",
+                                           "0.000 0.000 0.000",
+                                           "0.000 0.000 0.000",
+                                           "Nor: 0.98765 0.00000 0.00000",
+                                           "W:   0.00000 0.00000 0.50000",
+                                           "C:   0.00000 0.00000 0.00000",
+                                           "RdS: 0.00000 0.00000 0.00000",
+                                           "RdW: 0.00000 0.00000 0.00000",
+                                           "From BIOS: 0",
+                                           "BIOS Ver: 7",
+                                           "GammaK: 0",
+                                           "RDLevels: 3.000000",
+                                           "RDIndex: 0.000000",
+                                           "ICC Type: 0",
+                                           "Enable User K: 0",
+                                           "Panel Index: 0",
+                                           "Lut Api Type: 4",
+                                           "Dc Mode Scale: 0.750000",
+                                           "Ori  interval:1.250000 ",
+                                           "[  0]   0   0   0",
+                                           "[  1]   1   0   0"};
     for (std::size_t k = 0; k < head.size(); ++k) EXPECT_EQ(lines[3 + k], head[k]) << k;
     EXPECT_EQ(lines[287], "Out  interval:1.250000 ");
     EXPECT_EQ(lines[544], "Out Intel IGCL  interval:1.250000 ");

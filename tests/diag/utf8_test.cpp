@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/utf8.h"
 
 #include <gtest/gtest.h>
@@ -21,7 +22,10 @@ TEST(Utf8, RoundTripsMessagesAndNonAsciiText) {
 }
 
 TEST(Utf8, MalformedInputBecomesReplacementCharacters) {
-    EXPECT_EQ(FromUtf8("a\xff" "b"), L"a\ufffd" L"b");
+    EXPECT_EQ(FromUtf8("a\xff"
+                       "b"),
+              L"a\ufffd"
+              L"b");
     EXPECT_EQ(FromUtf8("\xe6\xb8"), L"\ufffd\ufffd");
     EXPECT_EQ(FromUtf8("\xc3(x"), L"\ufffd(x");
 }

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "lut/bright_ctrl.h"
 
 #include <gtest/gtest.h>

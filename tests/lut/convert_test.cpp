@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "lut/convert.h"
 
 #include <gtest/gtest.h>
@@ -24,7 +25,9 @@ struct Outputs {
             [&] { status = LutConvert(type, lut.data(), lut.data(), 256, igcl.data(), 256, nv.data(), 1024); });
         return status;
     }
-    std::array<float, 3> Post(std::size_t j) const { return {nv[3072 + j * 3], nv[3072 + j * 3 + 1], nv[3072 + j * 3 + 2]}; }
+    std::array<float, 3> Post(std::size_t j) const {
+        return {nv[3072 + j * 3], nv[3072 + j * 3 + 1], nv[3072 + j * 3 + 2]};
+    }
 };
 
 TEST(LutConvert, PlainTypesCopyTheLut) {

@@ -1,10 +1,11 @@
+// SPDX-License-Identifier: MIT
 #include "lut/default_lut.h"
 
 #include <gtest/gtest.h>
 
 #include <vector>
 
-#include "lut/lut16.h"
+#include "core/lut16.h"
 #include "quarnel/cctapi.h"
 #include "support/capture.h"
 

@@ -1,10 +1,11 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // Real-looking test LUTs: a bowed red, a slightly short green, a blue that
 // runs to the 16-bit ceiling with a ripple.
 
 #include <algorithm>
 
-#include "lut/lut16.h"
+#include "core/lut16.h"
 
 namespace quarnel::test {
 

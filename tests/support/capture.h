@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // Captures what the library says on its debugger channel and standard output.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Every test program starts here: the trace log is pointed at a path that
 // does not exist, so no test writes the machine's real trace file by accident.
 

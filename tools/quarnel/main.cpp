@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // quarnel: shows what the library answers for this machine's panel in its
 // native mode.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/acpi_device.h"
 
 namespace quarnel::platform {
@@ -7,7 +8,8 @@ namespace {
 class AbsentAcpiDevice final : public AcpiDevice {
 public:
     DeviceHandle Open(const wchar_t*) override { return kInvalidDevice; }
-    bool Control(DeviceHandle, uint32_t, const uint8_t*, uint32_t, uint8_t*, uint32_t, uint32_t& bytesReturned) override {
+    bool Control(DeviceHandle, uint32_t, const uint8_t*, uint32_t, uint8_t*, uint32_t,
+                 uint32_t& bytesReturned) override {
         bytesReturned = 0;
         return false;
     }

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/posix/sysfs_display_system.h"
 
 #include <algorithm>
@@ -22,7 +23,8 @@ constexpr std::wstring_view kEdidValueName = L"EDID";
 
 bool IsCardName(const std::string& name) {
     if (name.rfind("card", 0) != 0 || name.size() == 4) return false;
-    return std::all_of(name.begin() + 4, name.end(), [](char c) { return std::isdigit(static_cast<unsigned char>(c)); });
+    return std::all_of(name.begin() + 4, name.end(),
+                       [](char c) { return std::isdigit(static_cast<unsigned char>(c)); });
 }
 
 std::string ReadAll(const fs::path& file) {
@@ -108,7 +110,8 @@ private:
         return false;
     }
 
-    std::vector<std::string> Entries(bool (*keep)(const fs::path&, const std::string&), const std::string& prefix) const {
+    std::vector<std::string> Entries(bool (*keep)(const fs::path&, const std::string&),
+                                     const std::string& prefix) const {
         std::vector<std::string> names;
         std::error_code error;
         for (const auto& entry : fs::directory_iterator(root_, error)) {
@@ -120,7 +123,8 @@ private:
 
     // Cards in the order of their numbers.
     std::vector<std::string> Cards() const {
-        std::vector<std::string> cards = Entries([](const fs::path&, const std::string& n) { return IsCardName(n); }, "card");
+        std::vector<std::string> cards =
+            Entries([](const fs::path&, const std::string& n) { return IsCardName(n); }, "card");
         std::sort(cards.begin(), cards.end(), [](const std::string& a, const std::string& b) {
             return a.size() != b.size() ? a.size() < b.size() : a < b;
         });

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // Display enumeration over the kernel's DRM class folder: adapters are the
 // cards, monitors the connected connectors, and a connector's only value is

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include <windows.h>
 
 #include <setupapi.h>
@@ -29,7 +30,8 @@ public:
     }
 
     DeviceList OpenMonitorList() override {
-        HDEVINFO set = SetupDiGetClassDevsExW(&kMonitorClass, nullptr, nullptr, DIGCF_PRESENT, nullptr, nullptr, nullptr);
+        HDEVINFO set =
+            SetupDiGetClassDevsExW(&kMonitorClass, nullptr, nullptr, DIGCF_PRESENT, nullptr, nullptr, nullptr);
         return reinterpret_cast<DeviceList>(set);
     }
 

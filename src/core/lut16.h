@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // Lut16: three planes (red, green, blue) of 256 unsigned 16-bit entries,
 // planar; entry i of a plane is the output for input level i.
@@ -6,21 +7,17 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "core/constants.h"
+
 namespace quarnel {
 
 inline constexpr int kLutLevels = 256;
 inline constexpr int kLutPlanes = 3;
 inline constexpr int kLutEntries = kLutLevels * kLutPlanes;
 
-// 8-bit full scale as a 16-bit entry: the identity ramp is i x 256.
-inline constexpr int kLutStep = 256;
-inline constexpr double kLutFullScale = 65280.0;
-
 using Lut16 = std::array<uint16_t, kLutEntries>;
 
-constexpr std::size_t LutIndex(int plane, int level) {
-    return static_cast<std::size_t>(plane * kLutLevels + level);
-}
+constexpr std::size_t LutIndex(int plane, int level) { return static_cast<std::size_t>(plane * kLutLevels + level); }
 
 inline uint16_t IdentityEntry(int level) { return static_cast<uint16_t>(level * kLutStep); }
 

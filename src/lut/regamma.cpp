@@ -1,6 +1,7 @@
+// SPDX-License-Identifier: MIT
 #include <cmath>
 
-#include "api/request.h"
+#include "lut/regamma.h"
 
 namespace quarnel {
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // The sRGB transfer curves as the driver conversions use them.
 

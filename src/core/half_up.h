@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // half-up(v): add 0.5 and truncate toward zero. The numeric core's one rule
 // for turning a computed value into an integer level or LUT index.

@@ -1,0 +1,36 @@
+# SPDX-License-Identifier: MIT
+# Fails when a folder of src/ includes a folder that stands above it.
+# The folders stack one way: core, platform, diag, then codec, color and lut
+# side by side, then calib, then api.
+# Usage: cmake -DSOURCE_DIR=<src> -P CheckLayers.cmake
+set(rank_core 0)
+set(rank_platform 1)
+set(rank_diag 2)
+set(rank_codec 3)
+set(rank_color 3)
+set(rank_lut 3)
+set(rank_calib 4)
+set(rank_api 5)
+
+get_filename_component(SOURCE_DIR "${SOURCE_DIR}" ABSOLUTE)
+file(GLOB_RECURSE sources RELATIVE ${SOURCE_DIR} ${SOURCE_DIR}/*.h ${SOURCE_DIR}/*.cpp)
+set(violations "")
+foreach(source IN LISTS sources)
+  string(REGEX MATCH "^[a-z]+" folder "${source}")
+  if(NOT DEFINED rank_${folder})
+    continue()
+  endif()
+  file(STRINGS ${SOURCE_DIR}/${source} includes REGEX "^[ \t]*#[ \t]*include[ \t]*\"[a-z_]+/")
+  foreach(line IN LISTS includes)
+    string(REGEX REPLACE "^[ \t]*#[ \t]*include[ \t]*\"([a-z_]+)/.*" "\\1" target "${line}")
+    if(target STREQUAL folder OR NOT DEFINED rank_${target})
+      continue()
+    endif()
+    if(NOT rank_${target} LESS rank_${folder})
+      string(APPEND violations "  ${source} includes ${target}/\n")
+    endif()
+  endforeach()
+endforeach()
+if(violations)
+  message(FATAL_ERROR "Folders must include only folders below them:\n${violations}")
+endif()

@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+// Numbers that several parts of the library share: the sizes of the driver
+// arrays and of the calibration block, and the two 16-bit full scales.
+
+namespace quarnel {
+
+// 8-bit full scale as a 16-bit entry: the identity ramp is i x 256.
+inline constexpr int kLutStep = 256;
+inline constexpr double kLutFullScale = 65280.0;
+
+// Top of the unsigned 16-bit range: the clamp of every 16-bit output.
+inline constexpr double kMax16 = 65535.0;
+
+// Points of each NVIDIA float array (interleaved red, green, blue).
+inline constexpr int kNvPoints = 1024;
+inline constexpr int kNvFloatsPerArray = kNvPoints * 3;
+
+// The factory calibration block, in firmware or as a raw file.
+inline constexpr int kBlockSize = 512;
+
+}  // namespace quarnel
