@@ -8,6 +8,7 @@ declare -A groups=(
   [native]="g++ cmake ninja-build libgtest-dev libgmock-dev googletest libbenchmark-dev"
   [windows]="g++-mingw-w64-x86-64 wine wine64 googletest cmake ninja-build"
   [fuzz]="clang libclang-rt-14-dev cmake ninja-build"
+  [format]="clang-format git"
 )
 
 wanted=()
