@@ -15,17 +15,22 @@ root=$PWD
 version=$(sed -n 's/^project(quarnel VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)
 major=${version%%.*}
 tmp=$(mktemp -d)
-cleanup=(rm -rf "$tmp")
-trap '"${cleanup[@]}"' EXIT
 sudo=""
 [ "$(id -u)" -ne 0 ] && sudo="sudo"
+deb_installed="" wine_started=""
+cleanup() {
+  [ -z "$deb_installed" ] || $sudo apt-get purge -y -qq quarnel >/dev/null || true
+  [ -z "$wine_started" ] || wineserver -k >/dev/null 2>&1 || true
+  rm -rf "$tmp"
+}
+trap cleanup EXIT
 
 # same_lines <what> <actual> <expected>: fails with a diff when the sorted lists differ.
 same_lines() {
   diff -u <(sort <<<"$3") <(sort <<<"$2") >&2 || { echo "unexpected $1" >&2; return 1; }
 }
 
-# consumer <build dir> <cmake arguments...>: configures, builds and runs tests/consumer.
+# consumer <build dir> <cmake arguments...>: configures and builds tests/consumer.
 consumer() {
   cmake -S tests/consumer -B "$1" -G Ninja -DCMAKE_C_FLAGS="-Wall -Wextra -Werror" "${@:2}" >/dev/null
   cmake --build "$1" >/dev/null
@@ -49,7 +54,7 @@ linux() {
   (cd build/release && cpack -G DEB >/dev/null)
   local deb=("$root"/build/release/quarnel_"$version"_*.deb)
   ! dpkg -s quarnel >/dev/null 2>&1 || $sudo apt-get purge -y -qq quarnel >/dev/null
-  cleanup=(sh -c "$sudo apt-get purge -y -qq quarnel >/dev/null; rm -rf '$tmp'")
+  deb_installed=1
   DEBIAN_FRONTEND=noninteractive $sudo apt-get install -o DPkg::Lock::Timeout=600 -y -qq "${deb[0]}" >/dev/null
   [ "$(command -v quarnel)" = /usr/bin/quarnel ]
   quarnel modes
@@ -72,6 +77,7 @@ linux() {
 windows() {
   scripts/install-deps.sh windows packaging
   export WINEPREFIX="${WINEPREFIX:-/tmp/quarnel-wine}" WINEDEBUG=-all
+  wine_started=1
   wineboot -i >/dev/null 2>&1 </dev/null || true
   cmake --preset windows >/dev/null
   cmake --build --preset windows >/dev/null
@@ -100,7 +106,6 @@ windows() {
   consumer "$tmp/mingw" -DCMAKE_TOOLCHAIN_FILE="$root/cmake/toolchain-mingw64.cmake" -DCMAKE_PREFIX_PATH="$win"
   cp "$win/bin/quarnel.dll" "$tmp/mingw/"
   wine "$tmp/mingw/consumer.exe" </dev/null
-  wineserver -k >/dev/null 2>&1 || true
 }
 
 parts=("$@")
