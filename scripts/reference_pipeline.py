@@ -298,14 +298,13 @@ def read_record(path):
     for line in open(path):
         words = line.split()
         if words[0] == 'block':
-            block = bytes.fromhex(words[1])
+            block = bytes(int(w) for w in words[1:])
         elif words[0] == 'type':
             case = (int(words[1]), int(words[3], 16), float(words[5])) if words[2] == 'code' else None
         elif words[0] == 'gains' and case == (0, 1, 1.0):
-            nums = [float(w) for w in words[1:] if w not in ('W', 'C', 'RdS', 'RdW')][:15]
-            gains = dict(zip(('Nor', 'W', 'C', 'RdS', 'RdW'), (nums[i:i + 3] for i in range(0, 15, 3))))
+            gains = {words[i]: [float(w) for w in words[i + 1:i + 4]] for i in range(1, 21, 4)}
         elif words[0] == 'lut' and case is not None:
-            vals = [int(w, 16) for w in words[1:]]
+            vals = [int(w) for w in words[1:]]
             luts[case] = [vals[0:256], vals[256:512], vals[512:768]]
     return block, gains, luts
 

@@ -52,28 +52,18 @@ struct Panel {
 std::string Fnv(const std::string& text) {
     uint64_t h = 14695981039346656037u;
     for (unsigned char ch : text) h = (h ^ ch) * 1099511628211u;
-    char hex[17];
-    std::snprintf(hex, sizeof hex, "%016llx", static_cast<unsigned long long>(h));
-    return hex;
+    std::ostringstream hex;
+    hex << std::hex << h;
+    return hex.str();
 }
 
+// The values separated by blanks, each with ten significant digits.
 template <typename T>
-std::string Digest(const T* values, std::size_t count) {
+std::string Join(const T* values, std::size_t count) {
     std::ostringstream text;
     text.precision(10);
-    for (std::size_t i = 0; i < count; ++i) text << +values[i] << ' ';
-    return Fnv(text.str());
-}
-
-std::string Hex(const uint8_t* bytes, std::size_t count, int width) {
-    std::string text;
-    char item[8];
-    for (std::size_t i = 0; i < count; i += static_cast<std::size_t>(width)) {
-        const unsigned v = width == 1 ? bytes[i] : bytes[i] | unsigned{bytes[i + 1]} << 8;
-        std::snprintf(item, sizeof item, width == 1 ? "%02x" : "%04x ", v);
-        text += item;
-    }
-    return text;
+    for (std::size_t i = 0; i < count; ++i) text << ' ' << +values[i];
+    return text.str();
 }
 
 // The temp folder and the local time vary from run to run; the rest of a transcript does not.
@@ -151,23 +141,25 @@ struct Recorder {
         EXPECT_EQ(std::filesystem::exists(trace), tracing) << "no request creates the trace file";
         char head[64];
         std::snprintf(head, sizeof head, "type %d %s 0x%02x interval %g", ctx.lutApiType, entry, code, ctx.interval);
-        out +=
-            Row(head, "status", status, "out", Digest(&ctx.outLut[0][0], 768), "igcl", Digest(&ctx.outIgcl[0][0], 768),
-                "nv", Digest(&ctx.outNvPreGamma[0][0], 6144), "said", Fnv(said), "trace", Fnv(traced));
-        const std::string gains =
-            Row("  gains", ctx.gainNormal[0], ctx.gainNormal[1], ctx.gainNormal[2], "W", ctx.gainWarm[0],
-                ctx.gainWarm[1], ctx.gainWarm[2], "C", ctx.gainCold[0], ctx.gainCold[1], ctx.gainCold[2], "RdS",
-                ctx.gainReadStrong[0], ctx.gainReadStrong[1], ctx.gainReadStrong[2], "RdW", ctx.gainReadWeak[0],
-                ctx.gainReadWeak[1], ctx.gainReadWeak[2], "fromBios", ctx.fromBios, "biosVer", ctx.biosVer, "gammaK",
-                ctx.gammaK, "rdIndex", ctx.rdIndex);
+        out += Row(head, "status", status, "out", Fnv(Join(&ctx.outLut[0][0], 768)), "igcl",
+                   Fnv(Join(&ctx.outIgcl[0][0], 768)), "nv", Fnv(Join(&ctx.outNvPreGamma[0][0], 6144)), "said",
+                   Fnv(said), "trace", Fnv(traced));
+        std::string gains = "  gains";
+        for (const auto& [name, g] : {std::pair{" Nor", ctx.gainNormal},
+                                      {" W", ctx.gainWarm},
+                                      {" C", ctx.gainCold},
+                                      {" RdS", ctx.gainReadStrong},
+                                      {" RdW", ctx.gainReadWeak}})
+            gains += name + Join(g, 3);
+        gains += Row(" fromBios", ctx.fromBios, "biosVer", ctx.biosVer, "gammaK", ctx.gammaK, "rdIndex", ctx.rdIndex);
         if (gains != lastGains) out += lastGains = gains;
         if (p.full && ctx.lutApiType == 0 && (code & 0xC0) == 0 && code != 1)
-            out += Row("  lut", Hex(reinterpret_cast<const uint8_t*>(ctx.outLut), 1536, 2));
+            out += "  lut" + Join(&ctx.outLut[0][0], 768) + "\n";
         if (keepText) text += Row("##", head, "status", status) + said + traced;
     }
 
     std::string Record() {
-        out = Row("block", Hex(block.data(), block.size(), 1));
+        out = "block" + Join(block.data(), block.size()) + "\n";
         uint16_t curve[3][256];  // a caller's tone curve for the VX modes
         for (int i = 0; i < 3 * 256; ++i)
             curve[i / 256][i % 256] = static_cast<uint16_t>(
