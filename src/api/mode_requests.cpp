@@ -13,8 +13,6 @@
 namespace quarnel {
 namespace {
 
-constexpr uint32_t kComposeRegamma = 1;
-
 struct ModePipeline {
     const char* preface;  // narrow line before the enter message, or null
     const wchar_t* enter;
@@ -46,7 +44,7 @@ const ModePipeline kModes[] = {
 
 void Regamma(CctContext& ctx, const RequestArgs& args) {
     if (args.request.regammaFlag != 0)
-        ComposeLut(kComposeRegamma, args.regammaCurve, &ctx.outLut[0][0], &ctx.outLut[0][0]);
+        ComposeLut(kComposeScaledAlt, args.regammaCurve, &ctx.outLut[0][0], &ctx.outLut[0][0]);
 }
 
 int32_t RunInitGain(CctContext& ctx, const RequestArgs& args) {

@@ -14,7 +14,6 @@ namespace {
 constexpr double kWarmEnd = 0.5;
 constexpr double kNormal = 1.0;
 constexpr double kColdEnd = 1.5;
-constexpr uint32_t kComposeScaled = 0;
 
 // The gains at slider position t: warm at 0.5, normal at 1.0, cold at 1.5,
 // linear in between. The clamp is written out: a t that is not a number

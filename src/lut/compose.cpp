@@ -9,9 +9,6 @@
 namespace quarnel {
 namespace {
 
-constexpr uint32_t kComposeScaled = 0;
-constexpr uint32_t kComposeScaledAlt = 1;
-constexpr uint32_t kComposeDirect = 2;
 constexpr int32_t kUnknownKind = 1;
 constexpr int kTop = kLutLevels - 1;
 

@@ -7,6 +7,12 @@
 
 namespace quarnel {
 
+// Kinds of ComposeLut: the first two read the map as 8-bit levels (the VX
+// modes use the one, the re-gamma flag the other), the third as plain indices.
+inline constexpr uint32_t kComposeScaled = 0;
+inline constexpr uint32_t kComposeScaledAlt = 1;
+inline constexpr uint32_t kComposeDirect = 2;
+
 // out[c][i] = base[c][index] with, for kind 0 or 1, index = half-up of
 // map[c][i] read as an 8-bit level (map / 65280 x 255), and for kind 2 the
 // map entry itself, both clamped to 0..255. Any other kind copies base and
