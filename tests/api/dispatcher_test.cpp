@@ -135,7 +135,7 @@ TEST(Dispatcher, ExistingTraceFileHoldsOnlyTheLastCall) {
 }
 
 TEST(RegammaCurve, FollowsTheSinglePrecisionPowerLaw) {
-    const Lut16 curve = BuildRegammaCurve();
+    const Lut16& curve = RegammaCurve();
     const struct {
         int level;
         uint16_t value;

@@ -152,6 +152,22 @@ TEST_F(TraceTest, ResetEmptiesAnExistingFile) {
     EXPECT_EQ(lines[1], "after reset");
 }
 
+TEST_F(TraceTest, EachCallLooksForTheFileOnceAtItsStart) {
+    TraceReset();
+    test::WriteFile(path, "");
+    DumpLut(ctx.get(), "created during the call");
+    TraceClose();
+    EXPECT_EQ(test::ReadFile(path), "");
+    test::WriteFile(path, "kept\n");
+    TraceBeginVx();
+    DumpLut(ctx.get(), "appended");
+    TraceEndVx();
+    const auto lines = Lines(test::ReadFile(path));
+    ASSERT_EQ(lines.size(), 260u);
+    EXPECT_EQ(lines[0], "kept");
+    EXPECT_EQ(lines[2], "appended");
+}
+
 TEST(ShowVersion, PrintsTheLibraryVersion) {
     int32_t result = 0;
     const std::string printed = test::CaptureStdout([&] { result = ShowVersion(); });
