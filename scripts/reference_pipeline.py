@@ -5,8 +5,8 @@ compares them with that panel's end-to-end record (tests/data/e2e/*.txt).
 
 For a version 1 to 4 calibration block (read from the record's "block" line)
 with an identity base LUT, it solves the five white-point gains of the
-initialisation request, then builds request 2 at slider positions 1.0 and
-0.75, request 4 (vivid) and request 5 (strong reading) for lut api type 0:
+initialisation request, then builds request 2 at slider positions 1.0, 0.75
+and 1.4, the theater, vivid and reading requests 3 to 7 for lut api type 0:
 gains, LUT improvement, brightness at scale 1.0 and the plain conversion.
 
 Usage: reference_pipeline.py RECORD...   (exit status 1 on any difference)
@@ -225,7 +225,12 @@ def init_gains(block):
     identity = [[i * 256 for i in range(256)] for _ in range(3)]
     for name in ('W', 'C', 'Nor', 'RdW', 'RdS'):
         check_gain(gains[name], identity)
-    return gains, identity
+    return gains, identity, solver
+
+
+def theater(solver, base):
+    gain = check_gain([g * 1.05 for g in solver.solve((0.3418, 0.3757))[0]], base)
+    return [[base[c][half_up(min(i * gain[c], 255))] for i in range(256)] for c in range(3)]
 
 
 # ---- LUT steps --------------------------------------------------------------
@@ -313,7 +318,7 @@ def main(paths):
     failures = 0
     for path in paths:
         block, recorded, luts = read_record(path)
-        gains, base = init_gains(block)
+        gains, base, solver = init_gains(block)
         for name, triple in gains.items():
             if any(abs(a - b) > 1e-9 for a, b in zip(triple, recorded[name])):
                 print(f'{path}: {name} gains {triple} != recorded {recorded[name]}')
@@ -321,8 +326,12 @@ def main(paths):
         expected = {
             (0, 2, 1.0): blend(0.0, gains['Nor'], gains['Nor'], base),
             (0, 2, 0.75): blend(0.5, gains['Nor'], gains['W'], base),
+            (0, 2, 1.4): blend(0.8, gains['Nor'], gains['C'], base),
+            (0, 3, 1.0): theater(solver, base),
             (0, 4, 1.0): vivid(gains['Nor'], base),
             (0, 5, 1.0): blend(0.0, gains['RdS'], gains['RdS'], base),
+            (0, 6, 1.0): blend(0.0, gains['RdW'], gains['RdW'], base),
+            (0, 7, 1.0): blend(0.5, gains['RdW'], gains['RdS'], base),  # rdIndex 0.5
         }
         for case, lut in expected.items():
             want = tail(lut)

@@ -23,10 +23,10 @@ struct BlockFields {
     uint8_t byte297 = 0x5A;  // the byte a version-7 block skips
     uint8_t useMethod = 1;
     std::vector<uint8_t> lutString{4, 0, 0, 0};  // length byte first
+    bool breakHeaderCrc = false, breakToneCrc = false;
     std::array<float, 12> primaries = kPrimaries;
     std::array<float, 5> whites = kWhites;
-    std::vector<float> tone;  // the 45 tone levels; empty: ToneLevel(i)
-    bool breakHeaderCrc = false, breakToneCrc = false;
+    std::vector<float> tone{};  // the 45 tone levels; empty: ToneLevel(i)
 };
 
 // Bit-by-bit CRC-16 (polynomial 0x1021, initial 0xFFFF), apart from the library's table-driven one.

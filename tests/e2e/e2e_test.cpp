@@ -49,6 +49,8 @@ struct Panel {
     bool badIcc = false, brokenCrc = false, full = false;
 };
 
+void PrintTo(const Panel& panel, std::ostream* out) { *out << panel.name; }
+
 std::string Fnv(const std::string& text) {
     uint64_t h = 14695981039346656037u;
     for (unsigned char ch : text) h = (h ^ ch) * 1099511628211u;
@@ -209,12 +211,12 @@ const Panel kPanels[] = {
     {.name = "v5_wide_tone", .version = 5, .rgb = kWide, .full = true},
     {.name = "v6_huffman", .version = 6, .rgb = kWide, .lutGamma = 1.3, .method = 0},
     {.name = "v6_lists", .version = 6, .rgb = kIps, .scale = 0.85},
-    {.name = "v7_step0", .version = 7, .lutGamma = 1.3, .method = 0, .step = 0},
-    {.name = "v7_step16", .version = 7, .rgb = kWide, .full = true},
-    {.name = "v7_step32", .version = 7, .lutGamma = 1.3, .method = 0, .step = 32},
-    {.name = "v7_step64", .version = 7, .rgb = kIps, .step = 64},
-    {.name = "v7_step200", .version = 7, .step = 200, .scale = 0.5},
-    {.name = "v8", .version = 8, .rgb = kIps, .lutGamma = 1.3, .method = 0, .step = 32},
+    {.name = "v7_step0", .version = 7, .rgb = kWide, .lutGamma = 1.3, .method = 0, .step = 0},
+    {.name = "v7_step16", .version = 7, .rgb = kWide, .lutGamma = 1.3, .method = 0, .full = true},
+    {.name = "v7_step32", .version = 7, .rgb = kWide, .lutGamma = 1.3, .method = 0, .step = 32},
+    {.name = "v7_step64", .version = 7, .rgb = kWide, .lutGamma = 1.3, .method = 0, .step = 64},
+    {.name = "v7_step200", .version = 7, .rgb = kWide, .lutGamma = 1.3, .method = 0, .step = 200},
+    {.name = "v8", .version = 8, .rgb = kIps, .step = 64, .scale = 0.5},
     {.name = "no_factory_firmware", .version = 4, .source = Source::kFirmware},
     {.name = "no_factory_missing_file", .version = 4, .source = Source::kMissingFile},
     {.name = "no_factory_header_crc", .version = 4, .brokenCrc = true},
