@@ -10,7 +10,8 @@
 
 namespace quarnel::test {
 
-void ExpectGolden(const std::string& name, const std::string& actual) {
+void ExpectGolden(const std::string& name, std::string actual) {
+    std::erase(actual, '\r');
     const std::filesystem::path file = std::filesystem::path(QUARNEL_TEST_DATA_DIR) / name;
     const char* regenerate = std::getenv("QUARNEL_REGENERATE");
     if (regenerate != nullptr && std::string(regenerate) == "1") return WriteFile(file, actual);
