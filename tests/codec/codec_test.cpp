@@ -56,7 +56,8 @@ TEST(Huffman, FixedTableCodebookAndTranscripts) {
         for (int i = 0; i < 5; ++i) text += Row(symbols[i], p[i], lengths[i], codes[i]);
     }
     int32_t version = 0;
-    text += test::CaptureStdout([&] { version = ShowHfmVer(); }) + Row("ShowHfmVer", version);
+    text += test::CaptureStdout([&] { version = ShowHfmVer(); });
+    text += Row("ShowHfmVer", version);
     HuffmanTree tree;
     test::CaptureStdout([&] { tree = BuildTreeV1(); });
     for (const std::vector<int>& symbols : std::vector<std::vector<int>>{{1, 1, 0, 2, 4, 3}, {1, 5}, {1, -1}, {8}}) {
