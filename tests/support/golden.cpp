@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 
@@ -10,24 +11,28 @@
 
 namespace quarnel::test {
 
+namespace {
+
+// The whole line of `text` that holds position `at`.
+std::string LineAt(const std::string& text, std::size_t at) {
+    const std::size_t start = at == 0 ? 0 : text.rfind('\n', at - 1) + 1;  // npos + 1 is 0
+    return text.substr(start, text.find('\n', at) - start);
+}
+
+}  // namespace
+
 void ExpectGolden(const std::string& name, std::string actual) {
     std::erase(actual, '\r');
     const std::filesystem::path file = std::filesystem::path(QUARNEL_TEST_DATA_DIR) / name;
     const char* regenerate = std::getenv("QUARNEL_REGENERATE");
     if (regenerate != nullptr && std::string(regenerate) == "1") return WriteFile(file, actual);
-    ASSERT_TRUE(std::filesystem::exists(file)) << file << " is missing: run with QUARNEL_REGENERATE=1";
     const std::string expected = ReadFile(file);
-    if (expected == actual) return;
-    std::istringstream want(expected), got(actual);
-    std::string w, g;
-    for (int line = 1;; ++line) {  // report the first line that differs
-        const bool more = static_cast<bool>(std::getline(want, w)) | static_cast<bool>(std::getline(got, g));
-        if (!more || w != g) {
-            ADD_FAILURE() << name << " line " << line << "\n  expected: " << w << "\n  actual:   " << g;
-            return;
-        }
-        w.clear(), g.clear();
-    }
+    const auto at = static_cast<std::size_t>(
+        std::mismatch(expected.begin(), expected.end(), actual.begin(), actual.end()).first - expected.begin());
+    EXPECT_TRUE(expected == actual) << file << " differs at line "
+                                    << std::count(expected.begin(), expected.begin() + static_cast<long>(at), '\n') + 1
+                                    << " (QUARNEL_REGENERATE=1 rewrites it)\n  expected: " << LineAt(expected, at)
+                                    << "\n  actual:   " << LineAt(actual, at);
 }
 
 }  // namespace quarnel::test

@@ -22,4 +22,14 @@ std::string Row(const T&... values) {
     return out.str();
 }
 
+// `count` values from `values` as one row; bytes show as numbers.
+template <typename T>
+std::string RowOf(const T* values, std::size_t count) {
+    std::ostringstream out;
+    out.precision(12);
+    for (std::size_t i = 0; i < count; ++i) out << (i ? " " : "") << +values[i];
+    out << '\n';
+    return out.str();
+}
+
 }  // namespace quarnel::test
