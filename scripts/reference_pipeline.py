@@ -299,15 +299,15 @@ def tail(lut):
 # ---- comparison with the record ---------------------------------------------
 
 def read_record(path):
-    block, gains, luts, case = None, None, {}, None
+    block, gains, luts, case = None, {}, {}, None
     for line in open(path):
         words = line.split()
         if words[0] == 'block':
             block = bytes(int(w) for w in words[1:])
         elif words[0] == 'type':
             case = (int(words[1]), int(words[3], 16), float(words[5])) if words[2] == 'code' else None
-        elif words[0] == 'gains' and case == (0, 1, 1.0):
-            gains = {words[i]: [float(w) for w in words[i + 1:i + 4]] for i in range(1, 21, 4)}
+        elif words[0] in ('Nor', 'W', 'C', 'RdS', 'RdW') and case == (0, 1, 1.0):
+            gains[words[0]] = [float(w) for w in words[1:]]
         elif words[0] == 'lut' and case is not None:
             vals = [int(w) for w in words[1:]]
             luts[case] = [vals[0:256], vals[256:512], vals[512:768]]

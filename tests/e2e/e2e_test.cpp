@@ -25,6 +25,7 @@ namespace quarnel {
 namespace {
 
 using test::Row;
+using test::RowOf;
 
 struct Primary {
     double x, y, Y;
@@ -57,15 +58,6 @@ std::string Fnv(const std::string& text) {
     std::ostringstream hex;
     hex << std::hex << h;
     return hex.str();
-}
-
-// The values separated by blanks, each with ten significant digits.
-template <typename T>
-std::string Join(const T* values, std::size_t count) {
-    std::ostringstream text;
-    text.precision(10);
-    for (std::size_t i = 0; i < count; ++i) text << ' ' << +values[i];
-    return text.str();
 }
 
 // The temp folder and the local time vary from run to run; the rest of a transcript does not.
@@ -143,25 +135,25 @@ struct Recorder {
         EXPECT_EQ(std::filesystem::exists(trace), tracing) << "no request creates the trace file";
         char head[64];
         std::snprintf(head, sizeof head, "type %d %s 0x%02x interval %g", ctx.lutApiType, entry, code, ctx.interval);
-        out += Row(head, "status", status, "out", Fnv(Join(&ctx.outLut[0][0], 768)), "igcl",
-                   Fnv(Join(&ctx.outIgcl[0][0], 768)), "nv", Fnv(Join(&ctx.outNvPreGamma[0][0], 6144)), "said",
+        out += Row(head, "status", status, "out", Fnv(RowOf(&ctx.outLut[0][0], 768)), "igcl",
+                   Fnv(RowOf(&ctx.outIgcl[0][0], 768)), "nv", Fnv(RowOf(&ctx.outNvPreGamma[0][0], 6144)), "said",
                    Fnv(said), "trace", Fnv(traced));
-        std::string gains = "  gains";
-        for (const auto& [name, g] : {std::pair{" Nor", ctx.gainNormal},
-                                      {" W", ctx.gainWarm},
-                                      {" C", ctx.gainCold},
-                                      {" RdS", ctx.gainReadStrong},
-                                      {" RdW", ctx.gainReadWeak}})
-            gains += name + Join(g, 3);
-        gains += Row(" fromBios", ctx.fromBios, "biosVer", ctx.biosVer, "gammaK", ctx.gammaK, "rdIndex", ctx.rdIndex);
+        std::string gains =
+            Row("  fromBios", ctx.fromBios, "biosVer", ctx.biosVer, "gammaK", ctx.gammaK, "rdIndex", ctx.rdIndex);
+        for (const auto& [name, g] : {std::pair{"  Nor", ctx.gainNormal},
+                                      {"  W", ctx.gainWarm},
+                                      {"  C", ctx.gainCold},
+                                      {"  RdS", ctx.gainReadStrong},
+                                      {"  RdW", ctx.gainReadWeak}})
+            gains += Row(name, g[0], g[1], g[2]);
         if (gains != lastGains) out += lastGains = gains;
         if (p.full && ctx.lutApiType == 0 && (code & 0xC0) == 0 && code != 1)
-            out += "  lut" + Join(&ctx.outLut[0][0], 768) + "\n";
+            out += "  lut " + RowOf(&ctx.outLut[0][0], 768);
         if (keepText) text += Row("##", head, "status", status) + said + traced;
     }
 
     std::string Record() {
-        out = "block" + Join(block.data(), block.size()) + "\n";
+        out = "block " + RowOf(block.data(), block.size());
         uint16_t curve[3][256];  // a caller's tone curve for the VX modes
         for (int i = 0; i < 3 * 256; ++i)
             curve[i / 256][i % 256] = static_cast<uint16_t>(
