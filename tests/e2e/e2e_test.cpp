@@ -140,12 +140,9 @@ struct Recorder {
                    Fnv(said), "trace", Fnv(traced));
         std::string gains =
             Row("  fromBios", ctx.fromBios, "biosVer", ctx.biosVer, "gammaK", ctx.gammaK, "rdIndex", ctx.rdIndex);
-        for (const auto& [name, g] : {std::pair{"  Nor", ctx.gainNormal},
-                                      {"  W", ctx.gainWarm},
-                                      {"  C", ctx.gainCold},
-                                      {"  RdS", ctx.gainReadStrong},
-                                      {"  RdW", ctx.gainReadWeak}})
-            gains += Row(name, g[0], g[1], g[2]);
+        const double* triples[] = {ctx.gainNormal, ctx.gainWarm, ctx.gainCold, ctx.gainReadStrong, ctx.gainReadWeak};
+        const char* names[] = {"  Nor", "  W", "  C", "  RdS", "  RdW"};
+        for (int i = 0; i < 5; ++i) gains += Row(names[i], triples[i][0], triples[i][1], triples[i][2]);
         if (gains != lastGains) out += lastGains = gains;
         if (p.full && ctx.lutApiType == 0 && (code & 0xC0) == 0 && code != 1)
             out += "  lut " + RowOf(&ctx.outLut[0][0], 768);
