@@ -286,7 +286,11 @@ TEST(LUT2BIOS, StorableLutsRoundTripThroughBothStrings) {
             EXPECT_EQ(r.lut, lut) << method;
         }
     }
-    EXPECT_EQ(Load({1}, kMethodPositionLists).lut, test::IdentityLut());  // an empty body
+    for (uint8_t length : {uint8_t{0}, uint8_t{1}}) {  // an empty body
+        const Read r = Load({length}, kMethodPositionLists);
+        EXPECT_EQ(r.status, 0) << int{length};
+        EXPECT_EQ(r.lut, test::IdentityLut()) << int{length};
+    }
 }
 
 TEST(LUT2BIOS, HuffmanStringOfTheIdentityAndBothTranscripts) {
@@ -299,11 +303,18 @@ TEST(LUT2BIOS, HuffmanStringOfTheIdentityAndBothTranscripts) {
     EXPECT_EQ(printed, "\n=== Get Huffman Table v1 ===\n\n=== Create Huffman Tree ===\n" + kTreeText + kCodebookText +
                            "\n=== Encode ===\n\n=== Convert to Bios String ===\n"
                            "# of byte used: 97\n# of bit used in last byte: 3\n");
+    const std::string decodeText =
+        "\n=== Get Huffman Table v1 ===\n\n=== Convert from Bios String ===\n\n=== Create Huffman Tree ===\n" +
+        kTreeText + "\n=== Decode ===\n";
     Lut16 lut{};
-    EXPECT_EQ(test::CaptureStdout([&] { BIOS2LUT(lut.data(), string->data(), kLutEntries, 0); }),
-              "\n=== Get Huffman Table v1 ===\n\n=== Convert from Bios String ===\n\n=== Create Huffman Tree ===\n" +
-                  kTreeText + "\n=== Decode ===\n");
+    EXPECT_EQ(test::CaptureStdout([&] { BIOS2LUT(lut.data(), string->data(), kLutEntries, 0); }), decodeText);
     EXPECT_EQ(lut, test::IdentityLut());
+    for (const Bytes& headless : {Bytes{1}, Bytes{0, 0x20}}) {  // no data, whatever follows the length byte
+        int32_t status = 0;
+        EXPECT_EQ(test::CaptureStdout([&] { status = BIOS2LUT(lut.data(), headless.data(), kLutEntries, 0); }),
+                  decodeText);
+        EXPECT_EQ(status, -1);
+    }
 }
 
 TEST(LUT2BIOS, UnstorableLutFails) {
@@ -401,7 +412,6 @@ TEST(BIOS2LUT, BadInputFailsAndLeavesTheLutUntouched) {
         {"green ends at 256", {7, 0, 0, 0, 0, 1, 0, 9}, 1, kLutEntries},
         {"counts beyond the body", {4, 0, 0, 5, 1, 2, 3, 4, 5}, 1, kLutEntries},
         {"body ends inside the counts", {5, 0, 0, 0, 0, 0, 0, 0}, 1, kLutEntries},
-        {"lists length 0", {0}, 1, kLutEntries},
     };
     for (const auto& tc : cases) {
         const Read r = Load(tc.string, tc.method, tc.count);
