@@ -2,7 +2,8 @@
 // CCTAPI: decodes the request code, runs the per-call prologue, hands the
 // request to its handler and closes the call with the epilogue.
 
-#include <optional>
+#include <array>
+#include <cstring>
 
 #include "api/entry_points.h"
 #include "api/handlers.h"
@@ -20,14 +21,23 @@ namespace {
 
 constexpr int32_t kLastLowRequest = 999;
 
-void FillIdentityFloatRamps(CctContext* ctx) {
+using FloatRamp = std::array<float, kNvFloatsPerArray>;
+
+// i / 1023 in double, stored as float, interleaved red, green, blue.
+FloatRamp BuildIdentityFloatRamp() {
+    FloatRamp ramp{};
     for (int i = 0; i < kNvPoints; ++i) {
         const auto f = static_cast<float>(i / 1023.0);
-        for (int c = 0; c < 3; ++c) {
-            ctx->outNvPreGamma[i][c] = f;
-            ctx->outNvPostGamma[i][c] = f;
-        }
+        for (int c = 0; c < 3; ++c) ramp[static_cast<std::size_t>(i * 3 + c)] = f;
     }
+    return ramp;
+}
+
+void FillIdentityFloatRamps(CctContext* ctx) {
+    static const FloatRamp ramp = BuildIdentityFloatRamp();
+    static_assert(sizeof(ctx->outNvPreGamma) == sizeof(ramp) && sizeof(ctx->outNvPostGamma) == sizeof(ramp));
+    std::memcpy(ctx->outNvPreGamma, ramp.data(), sizeof(ramp));
+    std::memcpy(ctx->outNvPostGamma, ramp.data(), sizeof(ramp));
 }
 
 int32_t RunHighRequest(CctContext* ctx, int32_t request) {
@@ -54,8 +64,7 @@ int32_t Cctapi(uint32_t code, CctContext* ctx) {
     if (ctx == nullptr) return CCT_ERR_REQUEST;  // nothing to answer into
 
     const Request request = DecodeRequest(code);
-    std::optional<Lut16> regammaCurve;
-    if (request.regammaFlag != 0) regammaCurve = BuildRegammaCurve();
+    const uint16_t* regammaCurve = request.regammaFlag != 0 ? RegammaCurve().data() : nullptr;
     FillIdentityFloatRamps(ctx);
     WarningWord() = 0;
     TraceReset();
@@ -66,7 +75,7 @@ int32_t Cctapi(uint32_t code, CctContext* ctx) {
         return CCT_OK;
     }
 
-    const RequestArgs args{request, regammaCurve ? regammaCurve->data() : nullptr};
+    const RequestArgs args{request, regammaCurve};
     const int32_t status = Dispatch(ctx, args);
 
     ctx->cctWarning = WarningWord();

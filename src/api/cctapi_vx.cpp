@@ -64,6 +64,7 @@ bool IsCurveMode(int32_t mode) { return mode >= CCTAPI_VX_MODE_FIRST && mode <= 
 int32_t CctapiVx(int32_t mode, CctContext* ctx, const uint16_t* vxInput) {
     DebugMessage(L"; VOK: Enter CCTAPI_VX()\n");
     if (ctx == nullptr) return CCT_ERR_REQUEST;
+    const VxTraceScope trace;
     // A curve mode without its curve stops here, before anything is written.
     if (IsCurveMode(mode) && vxInput == nullptr) return CCT_ERR_NULL_LUT;
 

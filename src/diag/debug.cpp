@@ -6,6 +6,7 @@
 #include <cwchar>
 
 #include "platform/debug_channel.h"
+#include "platform/standard_output.h"
 
 namespace quarnel {
 
@@ -14,7 +15,13 @@ void DebugMessage(const wchar_t* text) { platform::ActiveDebugChannel().Write(te
 int DebugPrint(const char* format, ...) {
     va_list args;
     va_start(args, format);
-    const int result = std::vprintf(format, args);
+    int result = 0;
+    try {
+        result = platform::ActiveStandardOutput().Print(format, args);
+    } catch (...) {
+        va_end(args);
+        throw;
+    }
     va_end(args);
     return result;
 }

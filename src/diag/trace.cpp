@@ -13,10 +13,16 @@ namespace {
 
 constexpr const char* kRule = "==========================================\n";
 
-// The one trace-handle slot of the library.
-std::FILE*& TraceHandle() {
-    static std::FILE* handle = nullptr;
-    return handle;
+// The library's one trace-handle slot, and whether the running call has
+// already decided about tracing (then the handle says whether it traces).
+struct TraceSlot {
+    std::FILE* handle = nullptr;
+    bool decided = false;
+};
+
+TraceSlot& Slot() {
+    static TraceSlot slot;
+    return slot;
 }
 
 #if defined(__GNUC__)
@@ -30,13 +36,32 @@ int TraceWrite(std::FILE* file, const char* format, ...) {
     return result;
 }
 
+bool TraceFileExists(const std::string& path) {
+    std::FILE* probe = platform::OpenTraceFile(path, "r");
+    if (probe == nullptr) return false;
+    std::fclose(probe);
+    return true;
+}
+
 // A dump writes only while the trace file exists; it never creates it.
 std::FILE* OpenForDump() {
     const std::string& path = platform::TraceFilePath();
-    std::FILE* probe = platform::OpenTraceFile(path, "r");
-    if (probe == nullptr) return nullptr;
-    std::fclose(probe);
-    return platform::OpenTraceFile(path, "a+");
+    return TraceFileExists(path) ? platform::OpenTraceFile(path, "a+") : nullptr;
+}
+
+// Runs `write` on the trace file if this call traces; outside a call, looks
+// for the file first.
+template <typename Write>
+void Dump(Write write) {
+    const TraceSlot& slot = Slot();
+    if (slot.decided) {
+        if (slot.handle != nullptr) write(slot.handle);
+        return;
+    }
+    std::FILE* file = OpenForDump();
+    if (file == nullptr) return;
+    write(file);
+    std::fclose(file);
 }
 
 void WriteLut16Lines(std::FILE* file, const uint16_t (*lut)[256], const char* line) {
@@ -123,36 +148,44 @@ void WriteTables(std::FILE* file, const CctContext* ctx, const uint16_t* vxInput
 void TraceReset() {
     TraceClose();  // a handle that an earlier early return left open
     const std::string& path = platform::TraceFilePath();
-    std::FILE* probe = platform::OpenTraceFile(path, "r");
-    if (probe == nullptr) return;
-    std::fclose(probe);
+    TraceSlot& slot = Slot();
+    slot.decided = true;
+    if (!TraceFileExists(path)) return;
     platform::RemoveTraceFile(path);
-    TraceHandle() = platform::OpenTraceFile(path, "a+");
+    slot.handle = platform::OpenTraceFile(path, "a+");
 }
 
 void TraceClose() {
-    std::FILE*& handle = TraceHandle();
-    if (handle != nullptr) std::fclose(handle);
-    handle = nullptr;
+    TraceSlot& slot = Slot();
+    if (slot.handle != nullptr) std::fclose(slot.handle);
+    slot.handle = nullptr;
+    slot.decided = false;
 }
 
+void TraceBeginVx() {
+    TraceClose();
+    TraceSlot& slot = Slot();
+    slot.handle = OpenForDump();
+    slot.decided = true;
+}
+
+void TraceEndVx() { TraceClose(); }
+
 void DumpLut(const CctContext* ctx, const char* title) {
-    std::FILE* file = OpenForDump();
-    if (file == nullptr) return;
-    TraceWrite(file, "%s", kRule);
-    TraceWrite(file, "%s\n", title);
-    WriteLut16Lines(file, ctx->outLut, "[%3d] %3d %3d %3d\n");
-    TraceWrite(file, "\n");
-    std::fclose(file);
+    Dump([&](std::FILE* file) {
+        TraceWrite(file, "%s", kRule);
+        TraceWrite(file, "%s\n", title);
+        WriteLut16Lines(file, ctx->outLut, "[%3d] %3d %3d %3d\n");
+        TraceWrite(file, "\n");
+    });
 }
 
 void DumpContext(const CctContext* ctx, const char* title, const uint16_t* vxInput) {
-    std::FILE* file = OpenForDump();
-    if (file == nullptr) return;
-    WriteHeader(file, ctx, title);
-    WriteSettings(file, ctx);
-    WriteTables(file, ctx, vxInput);
-    std::fclose(file);
+    Dump([&](std::FILE* file) {
+        WriteHeader(file, ctx, title);
+        WriteSettings(file, ctx);
+        WriteTables(file, ctx, vxInput);
+    });
 }
 
 }  // namespace quarnel

@@ -2,6 +2,7 @@
 #include "lut/convert.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <vector>
 
@@ -26,20 +27,39 @@ Working LoadWorking(const uint16_t* inLut) {
     return w;
 }
 
-// Resamples the table through the sRGB encoding curve; every lookup reads
-// the unscaled source values.
-Working ResampleThroughSrgb(const Working& w) {
-    Working out(kLutLevels);
+// Where level i of the sRGB re-sampling reads the source table: the two
+// neighbouring entries and the fraction between them. Fixed for every table,
+// so worked out once per process.
+struct SrgbTap {
+    std::size_t lo;
+    std::size_t hi;
+    double f;
+    double d;
+};
+
+std::array<SrgbTap, kLutLevels> BuildSrgbTaps() {
+    std::array<SrgbTap, kLutLevels> taps{};
     for (int i = 0; i < kLutLevels; ++i) {
         const double p = SrgbEncode(i / 255.0) * 255.0;
         const double lo = std::clamp(std::floor(p), 0.0, 255.0);
         const double hi = std::min(255.0, std::ceil(p));
-        const double f = p - lo;
-        const double d = hi - lo;
-        const Triple& a = w[static_cast<std::size_t>(lo)];
-        const Triple& b = w[static_cast<std::size_t>(hi)];
+        taps[static_cast<std::size_t>(i)] = {static_cast<std::size_t>(lo), static_cast<std::size_t>(hi), p - lo,
+                                             hi - lo};
+    }
+    return taps;
+}
+
+// Resamples the table through the sRGB encoding curve; every lookup reads
+// the unscaled source values.
+Working ResampleThroughSrgb(const Working& w) {
+    static const std::array<SrgbTap, kLutLevels> taps = BuildSrgbTaps();
+    Working out(kLutLevels);
+    for (int i = 0; i < kLutLevels; ++i) {
+        const SrgbTap& t = taps[static_cast<std::size_t>(i)];
+        const Triple& a = w[t.lo];
+        const Triple& b = w[t.hi];
         for (int c = 0; c < 3; ++c)
-            out[static_cast<std::size_t>(i)].v[c] = d != 0.0 ? a.v[c] + (b.v[c] - a.v[c]) / d * f : b.v[c];
+            out[static_cast<std::size_t>(i)].v[c] = t.d != 0.0 ? a.v[c] + (b.v[c] - a.v[c]) / t.d * t.f : b.v[c];
     }
     return out;
 }
@@ -50,29 +70,56 @@ void WriteIgcl(const Working& w, double* outIgcl) {
             outIgcl[LutIndex(c, i)] = w[static_cast<std::size_t>(i)].v[c] / kLutFullScale;
 }
 
-void WriteNvPreGamma(float* pre, float* post) {
+// The sRGB decoding ramp at 1024 points: x = j / 1023 rounded to single
+// precision, decoded in double, stored as float.
+std::array<float, kNvPoints> BuildNvPreGamma() {
+    std::array<float, kNvPoints> ramp{};
     for (int j = 0; j < kNvPoints; ++j) {
         const auto x = static_cast<float>(static_cast<double>(static_cast<float>(j)) / 1023);
-        const auto y = static_cast<float>(SrgbDecode(static_cast<double>(x)));
+        ramp[static_cast<std::size_t>(j)] = static_cast<float>(SrgbDecode(static_cast<double>(x)));
+    }
+    return ramp;
+}
+
+void WriteNvPreGamma(float* pre, float* post) {
+    static const std::array<float, kNvPoints> ramp = BuildNvPreGamma();
+    for (int j = 0; j < kNvPoints; ++j) {
         for (int c = 0; c < 3; ++c) {
-            pre[j * 3 + c] = y;
+            pre[j * 3 + c] = ramp[static_cast<std::size_t>(j)];
             post[j * 3 + c] = 0.0f;
         }
     }
 }
 
-void WriteNvPostGamma(const Working& normalised, float* post) {
+// Where point j of the post-gamma array reads the 256-entry table, in single
+// precision: the two neighbouring entries and the fraction between them.
+struct NvTap {
+    std::size_t lo;
+    std::size_t hi;
+    float f;
+};
+
+std::array<NvTap, kNvPoints> BuildNvTaps() {
+    std::array<NvTap, kNvPoints> taps{};
     for (int j = 0; j < kNvPoints; ++j) {
         const auto q = static_cast<float>(j * 255.0 / 1023.0);
         const float lo = std::floor(q);
         const float hi = std::ceil(q);
         float d = hi - lo;
         if (d == 0.0f) d = 1.0f;
-        const float f = (q - lo) / d;
-        const Triple& a = normalised[static_cast<std::size_t>(lo)];
-        const Triple& b = normalised[static_cast<std::size_t>(hi)];
+        taps[static_cast<std::size_t>(j)] = {static_cast<std::size_t>(lo), static_cast<std::size_t>(hi), (q - lo) / d};
+    }
+    return taps;
+}
+
+void WriteNvPostGamma(const Working& normalised, float* post) {
+    static const std::array<NvTap, kNvPoints> taps = BuildNvTaps();
+    for (int j = 0; j < kNvPoints; ++j) {
+        const NvTap& t = taps[static_cast<std::size_t>(j)];
+        const Triple& a = normalised[t.lo];
+        const Triple& b = normalised[t.hi];
         for (int c = 0; c < 3; ++c)
-            post[j * 3 + c] = static_cast<float>(a.v[c] + (b.v[c] - a.v[c]) * static_cast<double>(f));
+            post[j * 3 + c] = static_cast<float>(a.v[c] + (b.v[c] - a.v[c]) * static_cast<double>(t.f));
     }
 }
 

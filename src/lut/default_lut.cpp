@@ -2,6 +2,8 @@
 #include "lut/default_lut.h"
 
 #include <algorithm>
+#include <array>
+#include <cstring>
 
 #include "core/lut16.h"
 #include "core/srgb.h"
@@ -11,27 +13,55 @@
 namespace quarnel {
 namespace {
 
+// The tables below are fixed: each is built on first use and copied out on
+// every later call.
+
 // The sRGB-folded table uses the full 16-bit range, unlike the i x 256 ramps.
-void WriteSrgbTable(uint16_t* outLut) {
+std::array<uint16_t, kLutLevels> BuildSrgbTable() {
+    std::array<uint16_t, kLutLevels> table{};
     for (int i = 0; i < kLutLevels; ++i) {
         const double v = std::clamp(SrgbEncode(i / 255.0) * kMax16 + 0.5, 0.0, kMax16);
-        for (int c = 0; c < kLutPlanes; ++c) outLut[LutIndex(c, i)] = static_cast<uint16_t>(v);
+        table[static_cast<std::size_t>(i)] = static_cast<uint16_t>(v);
     }
+    return table;
+}
+
+// j / 1023 in single precision, interleaved red, green, blue.
+std::array<float, kNvFloatsPerArray> BuildFloatRamp() {
+    std::array<float, kNvFloatsPerArray> ramp{};
+    for (int j = 0; j < kNvPoints; ++j) {
+        const float f = static_cast<float>(j) / 1023.0f;
+        for (int c = 0; c < 3; ++c) ramp[static_cast<std::size_t>(j * 3 + c)] = f;
+    }
+    return ramp;
+}
+
+std::array<double, kLutLevels> BuildIgclRamp() {
+    std::array<double, kLutLevels> ramp{};
+    for (int i = 0; i < kLutLevels; ++i) ramp[static_cast<std::size_t>(i)] = i / 255.0;
+    return ramp;
+}
+
+// Copies one 256-entry plane into all three planes of `out`.
+template <typename T>
+void WritePlanes(const std::array<T, kLutLevels>& plane, T* out) {
+    for (int c = 0; c < kLutPlanes; ++c) std::memcpy(out + LutIndex(c, 0), plane.data(), sizeof(plane));
+}
+
+void WriteSrgbTable(uint16_t* outLut) {
+    static const std::array<uint16_t, kLutLevels> table = BuildSrgbTable();
+    WritePlanes(table, outLut);
 }
 
 void WriteFloatRamps(float* outNv) {
-    for (int j = 0; j < kNvPoints; ++j) {
-        const float f = static_cast<float>(j) / 1023.0f;
-        for (int c = 0; c < 3; ++c) {
-            outNv[j * 3 + c] = f;
-            outNv[kNvFloatsPerArray + j * 3 + c] = f;
-        }
-    }
+    static const std::array<float, kNvFloatsPerArray> ramp = BuildFloatRamp();
+    std::memcpy(outNv, ramp.data(), sizeof(ramp));
+    std::memcpy(outNv + kNvFloatsPerArray, ramp.data(), sizeof(ramp));
 }
 
 void WriteIgclRamp(double* outIgcl) {
-    for (int c = 0; c < kLutPlanes; ++c)
-        for (int i = 0; i < kLutLevels; ++i) outIgcl[LutIndex(c, i)] = i / 255.0;
+    static const std::array<double, kLutLevels> ramp = BuildIgclRamp();
+    WritePlanes(ramp, outIgcl);
 }
 
 }  // namespace

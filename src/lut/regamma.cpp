@@ -4,6 +4,7 @@
 #include "lut/regamma.h"
 
 namespace quarnel {
+namespace {
 
 Lut16 BuildRegammaCurve() {
     // 2.6 / 2.2 in single precision, evaluated in single precision.
@@ -15,6 +16,13 @@ Lut16 BuildRegammaCurve() {
         const float v = std::pow(x, kExponent) * kScale;
         for (int c = 0; c < kLutPlanes; ++c) curve[LutIndex(c, i)] = static_cast<uint16_t>(v);
     }
+    return curve;
+}
+
+}  // namespace
+
+const Lut16& RegammaCurve() {
+    static const Lut16 curve = BuildRegammaCurve();
     return curve;
 }
 

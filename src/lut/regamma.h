@@ -6,7 +6,8 @@
 
 namespace quarnel {
 
-// The 2.6-over-2.2 re-gamma curve, the same in all three planes.
-Lut16 BuildRegammaCurve();
+// The 2.6-over-2.2 re-gamma curve, the same in all three planes; built on
+// first use and shared by every later call.
+const Lut16& RegammaCurve();
 
 }  // namespace quarnel

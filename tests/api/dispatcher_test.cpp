@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cstring>
 #include <filesystem>
 #include <memory>
+#include <vector>
 
 #include "api/request.h"
 #include "lut/default_lut.h"
@@ -45,43 +47,36 @@ int32_t Call(uint32_t code, CctContext* ctx) {
     return status;
 }
 
-TEST(Dispatcher, VersionRequestReturnsBeforeTheEpilogue) {
-    for (uint32_t code : {0u, 0x80u, 0x40u, 0xC0u}) {
-        auto ctx = FilledContext();
-        CctContext expected = *ctx;
-        ExpectPrologueRamps(expected);
-        expected.version = 0x00080B00;
-        test::DebugCapture debug;
-        EXPECT_EQ(Call(code, ctx.get()), 0) << code;
-        EXPECT_TRUE(SameBytes(*ctx, expected)) << code;
-        EXPECT_EQ(debug.joined(), L"; VOK: Enter CCTAPI()\n") << code;
-    }
+TEST(Dispatcher, VersionSelfTestAndUnknownCodes) {
+    const struct {
+        std::vector<uint32_t> codes;
+        int32_t status;
+        void (*change)(CctContext&);
+        const wchar_t* said;
+    } cases[] = {
+        // the version request returns before the epilogue
+        {{0, 0x80, 0x40, 0xC0}, 0, [](CctContext& c) { c.version = 0x00080B00; }, L"; VOK: Enter CCTAPI()\n"},
+        {{9999}, 0, [](CctContext& c) { c.cctWarning = 0, c.icc[0][0] = 2.5 + 1.5; }, nullptr},
+        {{9, 998, 999, 1000, 0x102, 0x1C8, 10000, 0x80000000u, 0xFFFFFFFFu},
+         CCT_ERR_REQUEST,
+         [](CctContext& c) { c.cctWarning = 0; },
+         L"; VOK: Enter CCTAPI()\n; VOK: Exit  CCTAPI()\n"},
+    };
+    for (const auto& tc : cases)
+        for (uint32_t code : tc.codes) {
+            auto ctx = FilledContext();
+            CctContext expected = *ctx;
+            ExpectPrologueRamps(expected);
+            tc.change(expected);
+            test::DebugCapture debug;
+            EXPECT_EQ(Call(code, ctx.get()), tc.status) << code;
+            EXPECT_TRUE(SameBytes(*ctx, expected)) << code;
+            if (tc.said != nullptr) {
+                EXPECT_EQ(debug.joined(), tc.said) << code;
+            }
+        }
+    EXPECT_EQ(CCTAPI(8, nullptr), CCT_ERR_REQUEST);
 }
-
-TEST(Dispatcher, SelfTestChangesOnlyTheFirstIccValue) {
-    auto ctx = FilledContext();
-    CctContext expected = *ctx;
-    ExpectPrologueRamps(expected);
-    expected.cctWarning = 0;
-    expected.icc[0][0] = 2.5 + 1.5;
-    EXPECT_EQ(Call(9999, ctx.get()), 0);
-    EXPECT_TRUE(SameBytes(*ctx, expected));
-}
-
-TEST(Dispatcher, UnknownCodesFailThroughTheEpilogue) {
-    for (uint32_t code : {9u, 998u, 999u, 1000u, 0x102u, 0x1C8u, 10000u, 0x80000000u, 0xFFFFFFFFu}) {
-        auto ctx = FilledContext();
-        CctContext expected = *ctx;
-        ExpectPrologueRamps(expected);
-        expected.cctWarning = 0;
-        test::DebugCapture debug;
-        EXPECT_EQ(Call(code, ctx.get()), CCT_ERR_REQUEST) << code;
-        EXPECT_TRUE(SameBytes(*ctx, expected)) << code;
-        EXPECT_EQ(debug.joined(), L"; VOK: Enter CCTAPI()\n; VOK: Exit  CCTAPI()\n") << code;
-    }
-}
-
-TEST(Dispatcher, NullContextFailsWithoutTouchingAnything) { EXPECT_EQ(CCTAPI(8, nullptr), CCT_ERR_REQUEST); }
 
 TEST(Dispatcher, NativeModeWritesTheDefaultLutOfEveryType) {
     for (int32_t type : {0, 1, 2, 3, 4, 5, 6, -1}) {
@@ -111,7 +106,7 @@ TEST(Dispatcher, NativeModeWritesTheDefaultLutOfEveryType) {
     }
 }
 
-TEST(Dispatcher, TraceFileIsNeverCreated) {
+TEST(Dispatcher, TraceFileIsNeverCreatedAndHoldsOnlyTheLastCall) {
     test::TempDir dir;
     const auto path = dir / "CctTrace.txt";
     platform::ScopedTraceFilePath trace(path.string());
@@ -119,23 +114,15 @@ TEST(Dispatcher, TraceFileIsNeverCreated) {
     Call(8, ctx.get());
     Call(0, ctx.get());
     EXPECT_FALSE(std::filesystem::exists(path));
-}
-
-TEST(Dispatcher, ExistingTraceFileHoldsOnlyTheLastCall) {
-    test::TempDir dir;
-    const auto path = dir / "CctTrace.txt";
     test::WriteFile(path, "old content\n");
-    platform::ScopedTraceFilePath trace(path.string());
-    auto ctx = FilledContext();
     Call(8, ctx.get());
-    const std::string first = test::ReadFile(path);
-    EXPECT_EQ(first.rfind("==========================================\nCCTAPI_NATIVE_MODE ", 0), 0u);
+    EXPECT_EQ(test::ReadFile(path).rfind("==========================================\nCCTAPI_NATIVE_MODE ", 0), 0u);
     Call(1000, ctx.get());
     EXPECT_EQ(test::ReadFile(path), "");
 }
 
 TEST(RegammaCurve, FollowsTheSinglePrecisionPowerLaw) {
-    const Lut16 curve = BuildRegammaCurve();
+    const Lut16& curve = RegammaCurve();
     const struct {
         int level;
         uint16_t value;
@@ -145,18 +132,15 @@ TEST(RegammaCurve, FollowsTheSinglePrecisionPowerLaw) {
 }
 
 TEST(RequestDecoding, FlagsAreStrippedAndOtherBitsKept) {
-    const struct {
-        uint32_t code, number, regamma, gain;
-    } cases[] = {{0x82, 2, 0x80, 0},
-                 {0x42, 2, 0, 0x40},
-                 {0xC2, 2, 0x80, 0x40},
-                 {0x102, 0x102, 0, 0},
-                 {0x1C2, 0x102, 0x80, 0x40}};
-    for (const auto& tc : cases) {
-        const Request r = DecodeRequest(tc.code);
-        EXPECT_EQ(r.number, tc.number);
-        EXPECT_EQ(r.regammaFlag, tc.regamma);
-        EXPECT_EQ(r.gainFlag, tc.gain);
+    const std::array<uint32_t, 4> cases[] = {// code, number, re-gamma flag, gain flag
+                                             {0x82, 2, 0x80, 0},
+                                             {0x42, 2, 0, 0x40},
+                                             {0xC2, 2, 0x80, 0x40},
+                                             {0x102, 0x102, 0, 0},
+                                             {0x1C2, 0x102, 0x80, 0x40}};
+    for (const auto& [code, number, regamma, gain] : cases) {
+        const Request r = DecodeRequest(code);
+        EXPECT_EQ((std::array{code, r.number, r.regammaFlag, r.gainFlag}), (std::array{code, number, regamma, gain}));
     }
 }
 

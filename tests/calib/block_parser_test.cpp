@@ -3,33 +3,19 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 #include <tuple>
 
 #include "calib/block_writer.h"
 #include "calib/crc16.h"
 #include "support/capture.h"
+#include "support/golden.h"
 
 namespace quarnel {
 namespace {
 
-struct Parsed {
-    BiosData data;
-    bool inBounds = false;
-    std::string printed;
-};
-
-Parsed ParseBlock(const std::vector<uint8_t>& block, int32_t length = kBlockSize) {
-    Parsed p;
-    p.data.raw = block;
-    p.data.length = length;
-    p.printed = test::CaptureStdout([&] { p.inBounds = ParseHeader(p.data); });
-    return p;
-}
-
-Parsed Parse(const test::BlockFields& fields) { return ParseBlock(test::WriteBlock(fields)); }
-
-double Wide(float v) { return static_cast<double>(v); }
+using test::Row;
 
 TEST(Crc16, MatchesThePublishedCheckValue) {
     const std::string check = "123456789";
@@ -40,95 +26,53 @@ TEST(Crc16, MatchesThePublishedCheckValue) {
               std::tuple(0xFFFF, 0, 0x1021, 0x9188, 0x1EF0));
 }
 
-TEST(ParseHeader, EveryVersionReadsItsFieldsAtTheirOffsets) {
-    using test::kWhites;
-    for (uint8_t version = 1; version <= 8; ++version) {
-        SCOPED_TRACE(version);
-        const Parsed p = Parse({.version = version});
-        ASSERT_TRUE(p.inBounds);
-        const BiosData& d = p.data;
-        // Big-endian words; bytes 66 to 69 only from version 3, the white targets only from version 4.
-        EXPECT_EQ(std::tuple(d.BiosDataStatus, d.version, d.subVersion, d.dataWord, d.word60, d.bytes66),
-                  std::tuple(kBiosOk, version, 3, 0x01020304u, version >= 2 ? 0xA1B2u : 0u,
-                             version >= 3 ? std::array<uint8_t, 4>{9, 8, 7, 6} : std::array<uint8_t, 4>{}));
-        for (std::size_t i = 0; i < 12; ++i) EXPECT_EQ(d.primaries[i / 3][i % 3], Wide(test::kPrimaries[i]));
-        EXPECT_TRUE(CheckHeaderCrc(d));
-        const bool v4 = version >= 4;
-        EXPECT_EQ(std::tuple(d.firstWhite[0], d.firstWhite[1], d.targetLuminance, d.defaultWhite[0], d.defaultWhite[1]),
-                  v4 ? std::tuple(Wide(kWhites[0]), Wide(kWhites[1]), 250.5, Wide(kWhites[3]), Wide(kWhites[4]))
-                     : std::tuple(0.3, 0.315, 0.0, 0.0, 0.0));
-        EXPECT_TRUE(version < 5 || CheckToneCrc(d));
-        for (std::size_t c = 0; c < 3; ++c)  // black values, then 15 levels in each tone row
-            for (std::size_t k = 0; k < 18; ++k)
-                EXPECT_EQ(d.tone[c][k],
-                          version < 5 ? 0.0 : Wide(k < 3 ? test::kBlack[k] : test::ToneLevel(15 * c + k - 3)));
-        EXPECT_EQ(d.useMethod, version >= 6 ? 1 : 0);
-        EXPECT_EQ(d.lutString, (version >= 6 ? std::vector<uint8_t>{4, 0, 0, 0, 0} : std::vector<uint8_t>{}));
-        if (version >= 6) {
-            EXPECT_EQ(std::tuple(d.lutStringSize, d.cursor), std::tuple(4, test::LutStringOffset(version) + 5));
-        }
-    }
+// Every field the parser fills, with what it printed.
+std::string Parsed(const std::string& title, const std::vector<uint8_t>& block, int32_t length = kBlockSize) {
+    BiosData d;
+    d.raw = block;
+    d.length = length;
+    bool inBounds = false;
+    std::string printed = test::CaptureStdout([&] { inBounds = ParseHeader(d); });
+    std::replace(printed.begin(), printed.end(), '\0', '@');  // a zero magic byte, kept a text file
+    return Row("==", title, "in bounds", inBounds, "status", d.BiosDataStatus, "crc", CheckHeaderCrc(d),
+               CheckToneCrc(d)) +
+           printed + Row(+d.version, +d.subVersion, d.dataWord, d.word60, "cursor", d.cursor) +
+           test::RowOf(d.bytes66.data(), 4) + test::RowOf(&d.primaries[0][0], 12) +
+           Row(d.firstWhite[0], d.firstWhite[1], d.targetLuminance, d.defaultWhite[0], d.defaultWhite[1]) +
+           test::RowOf(&d.tone[0][0], 3 * kToneRowSize) + Row(+d.useMethod, +d.lutStringSize) +
+           test::RowOf(d.lutString.data(), d.lutString.size());
 }
 
-TEST(ParseHeader, VersionSixAndSevenPlaceTheTrailerApart) {
-    for (uint8_t version : {uint8_t{6}, uint8_t{7}}) {
-        const auto block = test::WriteBlock(
-            {.version = version, .byte297 = 0x77, .useMethod = 0, .lutString = {6, 0x17, 0x4B, 0x40, 0x11, 0x22}});
-        EXPECT_EQ(block[static_cast<std::size_t>(test::LutStringOffset(version) - 1)], 0);  // useMethod
-        const Parsed p = ParseBlock(block);
-        ASSERT_TRUE(p.inBounds);
-        EXPECT_EQ(p.data.useMethod, 0);
-        EXPECT_EQ(p.data.lutString, (std::vector<uint8_t>{6, 0x17, 0x4B, 0x40, 0x11, 0x22, 0}));
-        EXPECT_NE(p.printed.find("Use Method = 0   bios size = 6\n"), std::string::npos);
-    }
-}
-
-TEST(ParseHeader, MagicHdocOrR2rWithAZeroByte) {
-    const std::pair<std::array<uint8_t, 4>, int32_t> cases[] = {
-        {{'H', 'D', 'O', 'C'}, kBiosOk},       {{'R', '2', 'R', 0}, kBiosOk}, {{'R', '2', 'R', 'X'}, kBiosBadBlock},
-        {{'H', 'D', 'O', 'c'}, kBiosBadBlock}, {{0, 0, 0, 0}, kBiosBadBlock},
-    };
-    for (const auto& [magic, status] : cases) {
-        const Parsed p = Parse({.magic = magic});
-        EXPECT_TRUE(p.inBounds);
-        EXPECT_EQ(p.data.BiosDataStatus, status);
-        if (status == kBiosBadBlock) {  // nothing read after the magic
-            EXPECT_EQ(p.data.version, 0);
-            EXPECT_NE(p.printed.find("BIOS header incorrect...\n"), std::string::npos);
-        }
-    }
-    EXPECT_EQ(Parse({}).printed.substr(0, 23), "[H][D][O][C]\nParsing ve");
-}
-
-TEST(ParseHeader, ALutStringRunningPastTheBlockIsABoundsFailure) {
-    const std::tuple<uint8_t, uint8_t, bool> cases[] = {
-        {7, 212, true}, {7, 213, false}, {7, 255, false}, {6, 213, true}, {6, 214, false}, {8, 255, false},
-    };
-    for (const auto& [version, size, inBounds] : cases) {
+TEST(ParseHeader, VersionsMagicsLutStringsAndLengths) {
+    std::string text;
+    for (uint8_t version = 1; version <= 8; ++version)
+        text += Parsed("version " + std::to_string(version), test::WriteBlock({.version = version}));
+    for (uint8_t version : {uint8_t{6}, uint8_t{7}})  // the trailer sits one byte later from version 7
+        text += Parsed(
+            "trailer",
+            test::WriteBlock(
+                {.version = version, .byte297 = 0x77, .useMethod = 0, .lutString = {6, 0x17, 0x4B, 0x40, 0x11, 0x22}}));
+    for (const std::array<uint8_t, 4>& magic : std::initializer_list<std::array<uint8_t, 4>>{
+             {'R', '2', 'R', 0}, {'R', '2', 'R', 'X'}, {'H', 'D', 'O', 'c'}, {0, 0, 0, 0}})
+        text += Parsed("magic", test::WriteBlock({.magic = magic}));
+    for (auto [version, size] : {std::pair<uint8_t, uint8_t>{7, 212}, {7, 213}, {6, 213}, {6, 214}, {8, 255}}) {
         std::vector<uint8_t> string(size, 0xEE);
         string[0] = size;
-        const Parsed p = Parse({.version = version, .lutString = string});
-        EXPECT_EQ(p.inBounds, inBounds) << int{version} << " " << int{size};
-        if (inBounds) {
-            EXPECT_EQ(p.data.lutString.size(), size + 1u);
-        }
+        text +=
+            Parsed("lut string " + std::to_string(size), test::WriteBlock({.version = version, .lutString = string}));
     }
-    for (int32_t length : {0, 3, 11, 59, 102, 296}) EXPECT_FALSE(ParseBlock(test::WriteBlock({}), length).inBounds);
-}
-
-TEST(Crc, CoversOnlyThePrimariesAndTheToneLevels) {
-    const std::pair<std::vector<int>, std::pair<bool, bool>> cases[] = {
-        {{4, 5, 8, 11, 60, 61, 70, 71, 90, 91, 102, 285, 296}, {true, true}},
-        {{12, 35, 59}, {false, true}},
-        {{103, 200, 282}, {true, false}},
-    };
-    for (const auto& [offsets, checks] : cases)
-        for (int at : offsets) {
-            std::vector<uint8_t> block = test::WriteBlock({.version = 5});
-            block[static_cast<std::size_t>(at)] ^= 0x11;
-            const Parsed p = ParseBlock(block);
-            EXPECT_EQ(std::pair(CheckHeaderCrc(p.data), CheckToneCrc(p.data)), checks) << at;
-        }
+    for (int32_t length : {0, 3, 11, 59, 102, 296})
+        text += Parsed("length " + std::to_string(length), test::WriteBlock({}), length);
+    for (int at : {4, 5, 8, 11, 12, 35, 59, 60, 61, 70, 71, 90, 91, 102, 103, 200, 282, 285, 296}) {
+        std::vector<uint8_t> block = test::WriteBlock({.version = 5});
+        block[static_cast<std::size_t>(at)] ^= 0x11;  // only the primaries and the tone levels are covered
+        BiosData d;
+        d.raw = block;
+        d.length = kBlockSize;
+        test::CaptureStdout([&] { ParseHeader(d); });
+        text += Row("flipped", at, "crc", CheckHeaderCrc(d), CheckToneCrc(d));
+    }
+    test::ExpectGolden("block_parse.txt", text);
 }
 
 }  // namespace

@@ -3,128 +3,94 @@
 
 #include <gtest/gtest.h>
 
-#include <tuple>
+#include <numeric>
 #include <vector>
 
 #include "calib/fake_display_system.h"
+#include "support/golden.h"
 
 namespace quarnel {
 namespace {
 
 using test::FakeDisplaySystem;
+using test::Row;
 
 std::vector<uint8_t> Edid(uint8_t seed, std::size_t size = 128) {
     std::vector<uint8_t> bytes(size);
-    for (std::size_t i = 0; i < size; ++i) bytes[i] = static_cast<uint8_t>(seed + i);
+    std::iota(bytes.begin(), bytes.end(), seed);
     return bytes;
 }
 
-EdidBlock Padded(const std::vector<uint8_t>& bytes) {
-    EdidBlock block{};
-    std::copy(bytes.begin(), bytes.end(), block.begin());
-    return block;
+// The first bytes, the sum and the length up to the last non-zero byte of a block.
+std::string Summary(const EdidBlock& b) {
+    const auto end = std::find_if(b.rbegin(), b.rend(), [](uint8_t v) { return v != 0; });
+    return Row(+b[0], +b[1], +b[2], +b[3], +b[4], +b[5], "sum", std::accumulate(b.begin(), b.end(), 0), "length",
+               b.rend() - end);
 }
 
 // Counts, then fills, as a calibration read does.
-std::vector<EdidBlock> Collect(FakeDisplaySystem& system, int32_t& count) {
+std::string Collect(const std::string& title, FakeDisplaySystem system, int32_t count = 0) {
     platform::ScopedDisplaySystem scope(system);
-    count = 0;
-    GetEdidData(nullptr, count);
+    const int32_t result = GetEdidData(nullptr, count);
     std::vector<EdidBlock> blocks(static_cast<std::size_t>(std::max(count, 0)), EdidBlock{});
     if (count > 0) GetEdidData(blocks.data(), count);
-    return blocks;
+    std::string text = Row("==", title, result, "count", count, "walks", system.listsOpened, "left open",
+                           system.keysOpened - system.keysClosed, system.listsOpened - system.listsDestroyed);
+    for (const EdidBlock& b : blocks) text += Summary(b);
+    return text;
 }
 
-TEST(GetEdidData, CountsEveryOpenedKeyAndFillsInDeviceOrder) {
-    FakeDisplaySystem system = FakeDisplaySystem::WithMonitors(1);
-    system.devices = {FakeDisplaySystem::WithEdid(Edid(1)), {}, {false, {}}, FakeDisplaySystem::WithEdid(Edid(50))};
-    int32_t count = 0;
-    // The unopened key is not counted; no EDID is counted and left zero; device 3 lies past the count.
-    EXPECT_EQ(Collect(system, count), (std::vector<EdidBlock>{Padded(Edid(1)), {}, {}}));
-    EXPECT_EQ(count, 3);
-    EXPECT_EQ(system.keysOpened, system.keysClosed);
-    EXPECT_EQ(system.listsOpened, system.listsDestroyed);
-}
-
-TEST(GetEdidData, EveryActiveMonitorWalksTheClassAgainUntilTheLastDeviceHasAnEdid) {
-    const std::tuple<int, bool, int32_t, int> cases[] = {                   // monitors, last has EDID, count, walks
-                                                         {2, false, 6, 2},  // counted twice over
-                                                         {2, true, 3, 1},
-                                                         {1, false, 3, 1},
-                                                         {3, false, 9, 3}};
-    for (const auto& [monitors, lastHasEdid, expected, walks] : cases) {
-        FakeDisplaySystem system = FakeDisplaySystem::WithMonitors(monitors);
-        system.devices = {FakeDisplaySystem::WithEdid(Edid(1)), FakeDisplaySystem::WithEdid(Edid(2)),
-                          lastHasEdid ? FakeDisplaySystem::WithEdid(Edid(3)) : FakeDisplaySystem::Device{}};
-        platform::ScopedDisplaySystem scope(system);
-        int32_t count = 0;
-        GetEdidData(nullptr, count);
-        EXPECT_EQ(std::pair(count, system.listsOpened), std::pair(expected, walks)) << monitors << lastHasEdid;
-    }
-}
-
-TEST(GetEdidData, SkipsInactiveAndMirroringMonitors) {
-    FakeDisplaySystem system;
+TEST(GetEdidData, CountsAndFillsEveryActiveMonitorsWalk) {
+    using FDS = FakeDisplaySystem;
+    std::string text;
+    FDS system = FDS::WithMonitors(1);  // the unopened key is not counted; an empty one is, left zero
+    system.devices = {FDS::WithEdid(Edid(1)), {}, {false, {}}, FDS::WithEdid(Edid(50))};
+    text += Collect("device order", system);
+    for (int monitors : {1, 2, 3})  // every active monitor walks again until the last device has an EDID
+        for (bool lastHasEdid : {false, true}) {
+            system = FDS::WithMonitors(monitors);
+            system.devices = {FDS::WithEdid(Edid(1)), FDS::WithEdid(Edid(2)),
+                              lastHasEdid ? FDS::WithEdid(Edid(3)) : FDS::Device{}};
+            text += Collect("monitors " + std::to_string(monitors) + " " + std::to_string(lastHasEdid), system);
+        }
+    system = {};
     system.adapters = {
         {L"A0", {{L"MONITOR\\X\\0", 0}, {L"MONITOR\\Y\\0", platform::kDisplayActive | platform::kDisplayMirroring}}},
         {L"A1", {{L"MONITOR\\Z\\0", platform::kDisplayActive | 0x4}}}};
-    system.devices = {FakeDisplaySystem::Device{}};
-    int32_t count = 0;
-    Collect(system, count);
-    EXPECT_EQ(count, 1);
-    EXPECT_EQ(system.listsOpened, 2);  // the monitor of A1, once per pass
-}
-
-TEST(GetEdidData, NothingToCountLeavesTheCountAlone) {
-    FakeDisplaySystem none;  // no adapter at all
-    platform::ScopedDisplaySystem scope(none);
-    int32_t count = 4;
+    system.devices = {FDS::Device{}};
+    text += Collect("inactive and mirroring skipped", system);
+    text += Collect("no adapter leaves the count alone", FDS{}, 4);
+    system = FDS::WithMonitors(2);
+    system.listResult = 0;
+    text += Collect("no device list", system);
+    test::ExpectGolden("edid.txt", text);
+    int32_t count = 0;  // the system's own displays
     EXPECT_EQ(GetEdidData(nullptr, count), 0);
-    EXPECT_EQ(count, 4);
-    FakeDisplaySystem noList = FakeDisplaySystem::WithMonitors(2);
-    noList.listResult = 0;
-    Collect(noList, count);
-    EXPECT_EQ(count, 0);
-    EXPECT_EQ(noList.listsOpened, 1);  // an empty walk ends the adapter's monitors
-}
-
-TEST(GetEdidData, CountsAndFillsTheSystemsOwnDisplays) {
-    int32_t count = 0;
-    EXPECT_EQ(GetEdidData(nullptr, count), 0);
-    std::vector<EdidBlock> blocks(static_cast<std::size_t>(std::max(count, 0)), EdidBlock{});
-    if (count > 0) GetEdidData(blocks.data(), count);
-    EXPECT_EQ(count, static_cast<int32_t>(blocks.size()));
 }
 
 TEST(FindEdidValue, TakesOnlyAnExactEdidThatFits) {
-    const std::vector<uint8_t> full = Edid(9, 1024);
-    const std::tuple<const char*, std::vector<FakeDisplaySystem::Value>, EdidBlock> cases[] = {
-        // all zero: none
-        {"exact", {{L"EDID", Edid(5)}}, Padded(Edid(5))},
-        {"other case", {{L"edid", Edid(5)}}, {}},
-        {"longer name", {{L"EDID2", Edid(5)}}, {}},
-        {"full size", {{L"EDID", full}}, Padded(full)},
-        {"too long", {{L"EDID", Edid(9, 1025)}}, {}},
-        // The tail of a short EDID is what the data buffer held before.
-        {"after another",
-         {{L"Name0", std::vector<uint8_t>(6, 0xAA)}, {L"EDID", {1, 2}}},
-         Padded({1, 2, 0xAA, 0xAA, 0xAA, 0xAA})},
-        // Lengths shrink with every value: a longer name or more data then no longer fit.
-        {"after a short name", {{L"A", {1}}, {L"EDID", {2}}}, {}},
-        {"after little data", {{L"Named", {1}}, {L"EDID", {2, 3}}}, {}},
+    const std::pair<const char*, std::vector<FakeDisplaySystem::Value>> cases[] = {
+        {"exact", {{L"EDID", Edid(5)}}},
+        {"other case", {{L"edid", Edid(5)}}},
+        {"longer name", {{L"EDID2", Edid(5)}}},
+        {"full size", {{L"EDID", Edid(9, 1024)}}},
+        {"too long", {{L"EDID", Edid(9, 1025)}}},
+        {"after another", {{L"Name0", std::vector<uint8_t>(6, 0xAA)}, {L"EDID", {1, 2}}}},  // keeps the tail
+        {"after a short name", {{L"A", {1}}, {L"EDID", {2}}}},  // lengths shrink with every value
+        {"after little data", {{L"Named", {1}}, {L"EDID", {2, 3}}}},
     };
-    for (const auto& [name, values, expected] : cases) {
+    std::string text;
+    for (const auto& [name, values] : cases) {
         FakeDisplaySystem system;
         system.devices = {{true, values}};
         platform::ScopedDisplaySystem scope(system);
         EdidBlock out{};
         ASSERT_TRUE(system.EnumDevice(1, 0));
         const platform::RegistryKey key = system.OpenDeviceKey(1);
-        const bool found = expected != EdidBlock{};
-        EXPECT_EQ(std::pair(FindEdidValue(key, out.data()), FindEdidValue(key, nullptr)), std::pair(found, found))
-            << name;
-        EXPECT_EQ(out, expected) << name;
+        text += Row("==", name, FindEdidValue(key, out.data()), FindEdidValue(key, nullptr));
+        text += Summary(out);
     }
+    test::ExpectGolden("edid_value.txt", text);
 }
 
 TEST(MonitorHardwareId, TakesTheTextBetweenTheFirstTwoSeparators) {
@@ -133,7 +99,6 @@ TEST(MonitorHardwareId, TakesTheTextBetweenTheFirstTwoSeparators) {
         {L"MONITOR\\A\\0", L"A"},
         {L"MONITOR\\\\0", L""},  // the separator at 8 is not searched for
         {L"MONITOR\\ABC", L""},
-        {L"MONITOR\\", L""},
         {L"", L""},
     };
     for (const auto& [id, hardware] : cases) EXPECT_EQ(MonitorHardwareId(id), hardware) << id;
