@@ -11,6 +11,7 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 
+#include "support/golden.h"
 #include "support/temp_dir.h"
 
 namespace quarnel::test {
@@ -79,12 +80,6 @@ Values FromJson(const Json& json) {
     return values;
 }
 
-void CompareGolden(const std::string& actual, const std::string& name) {
-    const fs::path golden = kData / name;
-    if (std::getenv("QUARNEL_REGENERATE") != nullptr) return WriteFile(golden, actual);
-    EXPECT_EQ(actual, ReadFile(golden)) << "golden file " << golden << " (QUARNEL_REGENERATE=1 rewrites it)";
-}
-
 std::string Fixed(double v, const char* format) {
     char text[32];
     std::snprintf(text, sizeof text, format, v);
@@ -126,7 +121,7 @@ TEST_F(ToolTest, ModesTableAndJsonAgreeForEveryPanel) {
         ASSERT_EQ(table.code, 0) << table.err;
         ASSERT_EQ(json.code, 0) << json.err;
         ExpectTableMatchesJson(table.out, Json::parse(json.out));
-        CompareGolden(json.out, "modes_" + panel + ".json");
+        ExpectGolden("tool/modes_" + panel + ".json", json.out);
     }
     EXPECT_EQ(Run("").out, Run("modes").out);
 }
@@ -140,6 +135,9 @@ TEST_F(ToolTest, EveryLutFormatCarriesTheSameCurve) {
     EXPECT_EQ(Run(lut + "-o -").out, ReadFile(dir / "curve.csv"));
     EXPECT_EQ(Run(lut + "-o - --format json").out, ReadFile(dir / "curve.json"));
     EXPECT_TRUE(ReadFile(dir / "curve.svg").find("<svg") != std::string::npos);
+    // Through the identity tone curve a VX curve is the slider's own.
+    ASSERT_EQ(Run("string decode 04000000 --method 1 -o identity.json").code, 0);
+    EXPECT_EQ(Run("lut vx-curve --curve identity.json -o -").out, Run("lut slider -o -").out);
 
     std::string inputs;
     for (int i = 0; i < 256; ++i)

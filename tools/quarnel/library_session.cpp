@@ -42,6 +42,9 @@ std::string WriteSampleBlock(bool verbose) {
 LibrarySession::LibrarySession(const CurveOptions& options, bool vetBlock)
     : ctx_(std::make_unique<CctContext>()), verbose_(options.verbose) {
     std::memcpy(ctx_->icc, kDefaultIcc, sizeof kDefaultIcc);
+    // The panel's own base LUT is the caller's to give; a plain panel has the identity.
+    const Curve identity = IdentityCurve();
+    for (size_t c = 0; c < 3; ++c) std::memcpy(ctx_->oriLut[c], identity[c].data(), sizeof ctx_->oriLut[c]);
     ctx_->interval = options.interval;
     ctx_->lutApiType = options.apiType;
     ctx_->lutDcModeScale = options.brightness;
