@@ -4,15 +4,15 @@
 
 #include "x11/gamma_ramp.h"
 
-namespace quarnel::x11 {
+namespace quarnel::tool::x11 {
 namespace {
 
 GammaStatus Unavailable() { return {"this quarnel was built without X11 RandR support (libXrandr)"}; }
 
 }  // namespace
 
-GammaStatus LoadGammaCurve(const GammaTarget&, const GammaCurve&) { return Unavailable(); }
+GammaStatus LoadGammaCurve(const GammaTarget&, const Curve&) { return Unavailable(); }
 
-GammaStatus ReadGammaCurve(const GammaTarget&, GammaCurve&) { return Unavailable(); }
+GammaStatus ReadGammaCurve(const GammaTarget&, Curve&) { return Unavailable(); }
 
-}  // namespace quarnel::x11
+}  // namespace quarnel::tool::x11

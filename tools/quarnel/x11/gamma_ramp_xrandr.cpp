@@ -15,7 +15,7 @@
 #include "x11/gamma_ramp.h"
 #include "x11/resample.h"
 
-namespace quarnel::x11 {
+namespace quarnel::tool::x11 {
 namespace {
 
 // Gamma ramps per CRTC arrived with RandR 1.2.
@@ -102,7 +102,7 @@ GammaStatus OpenCrtcs(const GammaTarget& target, Session& session, std::vector<R
 
 }  // namespace
 
-GammaStatus LoadGammaCurve(const GammaTarget& target, const GammaCurve& curve) {
+GammaStatus LoadGammaCurve(const GammaTarget& target, const Curve& curve) {
     Session session;
     std::vector<RRCrtc> crtcs;
     if (GammaStatus status = OpenCrtcs(target, session, crtcs); !status.ok()) return status;
@@ -120,7 +120,7 @@ GammaStatus LoadGammaCurve(const GammaTarget& target, const GammaCurve& curve) {
     return {};
 }
 
-GammaStatus ReadGammaCurve(const GammaTarget& target, GammaCurve& curve) {
+GammaStatus ReadGammaCurve(const GammaTarget& target, Curve& curve) {
     Session session;
     std::vector<RRCrtc> crtcs;
     if (GammaStatus status = OpenCrtcs(target, session, crtcs); !status.ok()) return status;
@@ -128,9 +128,9 @@ GammaStatus ReadGammaCurve(const GammaTarget& target, GammaCurve& curve) {
     if (!ramp || ramp->size <= 0) return Fail("a CRTC of X display " + session.label + " has no gamma ramp");
     const unsigned short* planes[] = {ramp->red, ramp->green, ramp->blue};
     for (std::size_t c = 0; c < curve.size(); ++c)
-        std::ranges::copy(Resample(std::span(planes[c], static_cast<std::size_t>(ramp->size)), kCurveLevels),
+        std::ranges::copy(Resample(std::span(planes[c], static_cast<std::size_t>(ramp->size)), kCurveSize),
                           curve[c].begin());
     return {};
 }
 
-}  // namespace quarnel::x11
+}  // namespace quarnel::tool::x11

@@ -3,7 +3,7 @@
 
 #include <cmath>
 
-namespace quarnel::x11 {
+namespace quarnel::tool::x11 {
 
 std::vector<std::uint16_t> Resample(std::span<const std::uint16_t> in, std::size_t size) {
     std::vector<std::uint16_t> out(size, in.empty() ? 0 : in.back());
@@ -19,4 +19,4 @@ std::vector<std::uint16_t> Resample(std::span<const std::uint16_t> in, std::size
     return out;
 }
 
-}  // namespace quarnel::x11
+}  // namespace quarnel::tool::x11
