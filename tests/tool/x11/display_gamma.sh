@@ -19,7 +19,7 @@ Xorg "$DISPLAY" -noreset -nolisten tcp -config "$conf" -logfile "$work/xorg.log"
 xorg=$!
 for _ in $(seq 100); do
   [ -S /tmp/.X11-unix/X$n ] && break
-  kill -0 "$xorg" 2>/dev/null || { xorg=""; skip "Xorg did not start:$(grep -hF '(EE)' "$work"/xorg.* | grep -m1 -v -e dbus -e 'warning,')"; }
+  kill -0 "$xorg" 2>/dev/null || { xorg=""; skip "Xorg did not start: $(grep -hE '\(EE\) [A-Za-z]' "$work"/xorg.* | grep -m1 -v -e dbus -e 'warning,')"; }
   sleep 0.1
 done
 
