@@ -16,7 +16,8 @@ enum class CurveFormat { Csv, Json, Cal, Icc, Png, Svg };
 // "csv", "json", "cal", "icc", "png", "svg".
 std::optional<CurveFormat> ParseCurveFormat(std::string_view name);
 
-// The explicit format when given, else the path's extension; throws
+// The explicit format when given, else the path's extension (CSV for
+// standard output); throws
 // ToolError (64) when neither names a known format.
 CurveFormat ChooseCurveFormat(const std::string& path, const std::string& explicitFormat);
 
