@@ -36,11 +36,14 @@ dispwin -d1 -V "$work/mode.cal" | grep -q "IS loaded" || fail "dispwin does not 
 cmp <(head -1 "$work/mode.csv"; seq 0 255 | awk '{ v = $1 * 256; print $1 "," v "," v "," v }') "$work/reset.csv" ||
   fail "reset does not load the identity"
 
+# CAUSE COMMAND...: exits 69 with one line, which names CAUSE.
 expect_unavailable() {
-  local status=0
+  local cause=$1 status=0
+  shift
   "$@" 2>"$work/err" || status=$?
-  [ $status -eq 69 ] && [ "$(wc -l <"$work/err")" -eq 1 ] || fail "$* exits $status: $(cat "$work/err")"
+  [ $status -eq 69 ] && [ "$(wc -l <"$work/err")" -eq 1 ] && grep -q "$cause" "$work/err" ||
+    fail "$* exits $status: $(cat "$work/err")"
 }
-expect_unavailable env -u DISPLAY "$quarnel" show
-expect_unavailable "$quarnel" apply $mode --output NO-SUCH-OUTPUT
+expect_unavailable DISPLAY env -u DISPLAY "$quarnel" reset
+expect_unavailable NO-SUCH-OUTPUT "$quarnel" show --output NO-SUCH-OUTPUT
 echo "passed on display $DISPLAY"
