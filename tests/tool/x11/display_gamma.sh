@@ -4,7 +4,7 @@
 # driver), with ArgyllCMS's dispwin as an independent reader of the ramp.
 # Usage: display_gamma.sh QUARNEL DUMMY_CONF. Exits 77 when Xorg cannot start.
 set -euo pipefail
-quarnel=$1 conf=$2 mode=theater
+quarnel=$1 conf=$2 mode=(native --api srgb)
 work=$(mktemp -d) xorg=""
 trap '[ -z "$xorg" ] || kill "$xorg" 2>/dev/null; wait; rm -rf "$work"' EXIT
 skip() { echo "skipped: $*"; exit 77; }
@@ -24,9 +24,9 @@ for _ in $(seq 100); do
 done
 
 # Each command runs as its own process, so the ramp lives on the server.
-"$quarnel" lut $mode --format csv -o "$work/mode.csv"
-"$quarnel" lut $mode --format cal -o "$work/mode.cal"
-"$quarnel" apply $mode
+"$quarnel" lut "${mode[@]}" --format csv -o "$work/mode.csv"
+"$quarnel" lut "${mode[@]}" --format cal -o "$work/mode.cal"
+"$quarnel" apply "${mode[@]}"
 "$quarnel" show --output DUMMY0 --format csv -o "$work/shown.csv"
 cmp "$work/mode.csv" "$work/shown.csv" || fail "show does not give the applied curve"
 dispwin -d1 -V "$work/mode.cal" | grep -q "IS loaded" || fail "dispwin does not find the mode's curve loaded"
