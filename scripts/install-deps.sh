@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
 # Installs the Debian packages a build needs, only those that are missing.
-# Usage: scripts/install-deps.sh [native] [windows] [fuzz]
+# Usage: scripts/install-deps.sh [native] [windows] [packaging] [fuzz]
 set -euo pipefail
 
 declare -A groups=(
@@ -9,7 +9,9 @@ declare -A groups=(
     pkgconf libcli11-dev nlohmann-json3-dev liblcms2-dev libcairo2-dev argyll
     libxrandr-dev xserver-xorg-core xserver-xorg-video-dummy"
   [windows]="g++-mingw-w64-x86-64 wine wine64 googletest cmake ninja-build"
+  [packaging]="dpkg-dev file pkgconf binutils cmake ninja-build"
   [fuzz]="clang libclang-rt-14-dev cmake ninja-build"
+  [format]="clang-format git"
 )
 
 wanted=()
@@ -24,4 +26,4 @@ sudo=""
 [ "$(id -u)" -ne 0 ] && sudo="sudo"
 export DEBIAN_FRONTEND=noninteractive
 $sudo apt-get update -qq
-$sudo apt-get install -y -qq --no-install-recommends "${wanted[@]}" >/dev/null
+$sudo apt-get install -o DPkg::Lock::Timeout=600 -y -qq --no-install-recommends "${wanted[@]}" >/dev/null

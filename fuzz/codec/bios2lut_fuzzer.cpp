@@ -25,11 +25,6 @@ int32_t CountOf(uint8_t control) { return (control & 0x40) != 0 ? quarnel::kLutE
 
 }  // namespace
 
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-    quarnel::fuzz::SilenceStdout();
-    return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
     if (size < 2) return 0;
     const uint8_t control = data[0];

@@ -2,17 +2,11 @@
 #pragma once
 // Checks shared by the LUT string fuzzers.
 
-#include <cstdio>
 #include <cstdlib>
 
 #include "core/lut16.h"
 
 namespace quarnel::fuzz {
-
-// The codec talks on standard output; the fuzzers have no use for it.
-inline void SilenceStdout() {
-    if (std::freopen("/dev/null", "w", stdout) == nullptr) std::abort();
-}
 
 inline void Require(bool condition) {
     if (!condition) std::abort();

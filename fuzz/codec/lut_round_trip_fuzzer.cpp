@@ -126,11 +126,6 @@ bool IsStorable(const Lut16& lut) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-    quarnel::fuzz::SilenceStdout();
-    return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
     if (size < 1) return 0;
     ByteSource bytes(data + 1, size - 1);

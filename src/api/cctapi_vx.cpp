@@ -1,18 +1,82 @@
 // SPDX-License-Identifier: MIT
-// CCTAPI_VX: the VX-mode entry point. The VX modes are not served by this
-// build yet; every mode answers -1.
+// CCTAPI_VX: the VX modes, a tone curve composed with the improved gain LUT
+// at the slider position. Unlike CCTAPI it keeps the trace log, the float
+// ramps, the warning word and iccType as they are.
+
+#include <cstring>
 
 #include "api/entry_points.h"
+#include "api/pipeline_steps.h"
+#include "api/vx_mode_lut.h"
 #include "diag/debug.h"
+#include "diag/trace.h"
+#include "lut/vivid.h"
 #include "quarnel/cctapi.h"
 
 namespace quarnel {
+namespace {
 
-int32_t CctapiVx(int32_t /*mode*/, CctContext* ctx, const uint16_t* /*vxInput*/) {
+constexpr std::size_t kNameSize = 52;
+constexpr std::size_t kModeDigits = 4;
+constexpr std::size_t kWideNameSize = 40;
+
+// The name is plain ASCII, so widening it is a character-by-character copy.
+void EmitWide(const char* text) {
+    wchar_t wide[kWideNameSize] = {};
+    for (std::size_t i = 0; i + 1 < kWideNameSize && text[i] != '\0'; ++i) wide[i] = static_cast<wchar_t>(text[i]);
+    DebugMessage(wide);
+}
+
+int32_t RunCurveMode(CctContext& ctx, int32_t mode, const uint16_t* vxInput) {
+    char name[kNameSize] = "; VOK: CCTAPI_VX_MODE_";
+    char digits[kModeDigits] = {};
+    FormatBounded(digits, sizeof digits, "%d", mode);
+    std::strncat(name, digits, kNameSize - std::strlen(name) - 1);
+    EmitWide(name);
+    GetVxModeLut(ctx, vxInput);
+    DumpLut(&ctx, "CCTAPI_VX (lut before LutConvert())");
+    BrightenOutLut(ctx);
+    DumpLut(&ctx, "CCTAPI_GET_LUT (lut after LutBrightCtrl())");
+    const int32_t status = ConvertOutLut(ctx);
+    DumpLut(&ctx, "CCTAPI_VX (lut after LutConvert())");
+    DebugPrint("CCTAPI_VX (lut after LutConvert())\n");
+    DumpContext(&ctx, name, vxInput);
+    return status;
+}
+
+int32_t RunVividMode(CctContext& ctx, const uint16_t* vxInput) {
+    DebugMessage(L"; VOK: CCTAPI_VX_VIVID_MODE\n");
+    const Lut16 vivid = BuildVividCurve();
+    GetVxModeLut(ctx, vivid.data());
+    DumpLut(&ctx, "CCTAPI_VX_VIVID_MODE (lut before LutConvert())");
+    BrightenOutLut(ctx);
+    DumpLut(&ctx, "CCTAPI_GET_LUT (lut after LutBrightCtrl())");
+    const int32_t status = ConvertOutLut(ctx);
+    DumpLut(&ctx, "CCTAPI_VX_VIVID_MODE (lut after LutConvert())");
+    DumpContext(&ctx, "CCTAPI_VX_VIVID_MODE", vxInput);
+    return status;
+}
+
+bool IsCurveMode(int32_t mode) { return mode >= CCTAPI_VX_MODE_FIRST && mode <= CCTAPI_VX_MODE_LAST; }
+
+}  // namespace
+
+int32_t CctapiVx(int32_t mode, CctContext* ctx, const uint16_t* vxInput) {
     DebugMessage(L"; VOK: Enter CCTAPI_VX()\n");
     if (ctx == nullptr) return CCT_ERR_REQUEST;
+    // A curve mode without its curve stops here, before anything is written.
+    if (IsCurveMode(mode) && vxInput == nullptr) return CCT_ERR_NULL_LUT;
+
+    int32_t status = CCT_ERR_REQUEST;
+    if (IsCurveMode(mode)) {
+        status = RunCurveMode(*ctx, mode, vxInput);
+    } else if (mode == CCTAPI_VX_VIVID_MODE || mode == CCTAPI_VX_VIVID_MODE_ALT) {
+        status = RunVividMode(*ctx, vxInput);
+    } else {
+        DebugMessage(L"; VOK: Invalid Mode!!!\n");
+    }
     DebugMessage(L"; VOK: Exit  CCTAPI_VX()\n");
-    return CCT_ERR_REQUEST;
+    return status;
 }
 
 }  // namespace quarnel

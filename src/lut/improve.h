@@ -1,20 +1,38 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <array>
 #include <cstdint>
 
+#include "core/lut16.h"
 #include "quarnel/cctapi.h"
 
 namespace quarnel {
 
 // Fetches the interpolation step (byte 297 of the calibration block) for the
 // context's calibration source. Returns -1 or -2 on failure, anything else on
-// success. The calibration layer provides it; the LUT layer only calls it.
+// success. The LUT layer only calls it; the layer that owns the calibration
+// sources provides it.
 using StepByteFetch = int32_t (*)(const CctContext& ctx, uint8_t& step);
+
+// A LUT reduced to 8 bits: 256 entries of (red, green, blue).
+using Lut8 = std::array<std::array<int32_t, kLutPlanes>, kLutLevels>;
+
+// Dark ends closer to the identity than this are left as they are.
+inline constexpr int SMOOTH_LEVEL_MIN = 30;
 
 // Reduces `lut` to 8 bits and either interpolates it at the fetched step
 // (biosVer 7) or smooths its dark end; writes it back x 256 on success and
 // leaves it untouched on any failure. Always returns 0.
 int32_t LutImprove(const CctContext& ctx, uint16_t* lut, StepByteFetch fetch);
+
+// Replaces each channel's dark end with a straight ramp when the curve near
+// black strays a little from the identity. 0, or 2 when a channel offers no
+// smoothing point (its entry 64 is exact, or every entry down to 1 strays far).
+int32_t LutSmooth8Bit(const Lut8& in, Lut8& out);
+
+// Piecewise-linear interpolation between every step-th entry of `in`; a step
+// outside 1..64 is taken as 16. Always 0.
+int32_t LutLinInterp8Bit(int step, const Lut8& in, Lut8& out);
 
 }  // namespace quarnel

@@ -39,7 +39,7 @@ std::string WriteSampleBlock(bool verbose) {
 
 }  // namespace
 
-LibrarySession::LibrarySession(const CurveOptions& options)
+LibrarySession::LibrarySession(const CurveOptions& options, bool vetBlock)
     : ctx_(std::make_unique<CctContext>()), verbose_(options.verbose) {
     std::memcpy(ctx_->icc, kDefaultIcc, sizeof kDefaultIcc);
     ctx_->interval = options.interval;
@@ -53,7 +53,9 @@ LibrarySession::LibrarySession(const CurveOptions& options)
         return;
     }
     if (options.calibFile) {
-        ReadInputFile(*options.calibFile);  // fails early, with the tool's message
+        // Refused here with the reason, rather than by the library with a status.
+        const auto problem = FindBlockProblem(ReadInputFile(*options.calibFile));
+        if (problem && vetBlock) throw ToolError(kExitData, *options.calibFile + ": " + *problem);
         sourcePath_ = *options.calibFile;
         sourceName_ = *options.calibFile;
     } else {
@@ -74,8 +76,8 @@ LibrarySession::~LibrarySession() {
 int32_t LibrarySession::Init() {
     const int32_t status = Request(CCTAPI_INIT_GAIN);
     if (status == CCT_ERR_FILE_INVALID) {
-        const std::string bytes = ReadInputFile(sourcePath_);
-        throw ToolError(kExitData, sourceName_ + ": " + DescribeBlockProblem(bytes));
+        const auto problem = FindBlockProblem(ReadInputFile(sourcePath_));
+        throw ToolError(kExitData, sourceName_ + ": " + problem.value_or("calibration block failed its checks"));
     }
     if (status == CCT_ERR_FILE_NOT_OPENED) throw ToolError(kExitNoInput, sourceName_ + ": cannot read input");
     return status;

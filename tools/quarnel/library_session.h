@@ -13,9 +13,10 @@ namespace quarnel::tool {
 
 class LibrarySession {
 public:
-    // Prepares the source the options name; throws ToolError (66) for a
-    // calibration file that cannot be read.
-    explicit LibrarySession(const CurveOptions& options);
+    // Prepares the source the options name; throws ToolError for a
+    // calibration file that cannot be read (66) or, when `vetBlock`, that the
+    // library would refuse (65).
+    explicit LibrarySession(const CurveOptions& options, bool vetBlock = true);
     ~LibrarySession();
     LibrarySession(const LibrarySession&) = delete;
     LibrarySession& operator=(const LibrarySession&) = delete;

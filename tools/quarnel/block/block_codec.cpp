@@ -155,7 +155,7 @@ DecodedBlock DecodeBlock(const Block& block, bool verbose) {
     return result;
 }
 
-std::string DescribeBlockProblem(std::string_view bytes) {
+std::optional<std::string> FindBlockProblem(std::string_view bytes) {
     if (bytes.size() < kBlockSize)
         return "not a calibration block: " + std::to_string(bytes.size()) + " bytes, expected " +
                std::to_string(kBlockSize);
@@ -166,7 +166,7 @@ std::string DescribeBlockProblem(std::string_view bytes) {
     if (decoded.toneCrc && !decoded.toneCrc->ok()) return "tone CRC mismatch";
     if (!decoded.headerCrc.ok()) return "header CRC mismatch";
     if (!decoded.stringFits) return "gamma LUT string runs past the end of the block";
-    return "calibration block failed its checks";
+    return std::nullopt;
 }
 
 }  // namespace quarnel::tool

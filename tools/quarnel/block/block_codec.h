@@ -61,7 +61,8 @@ uint16_t Crc16(const uint8_t* bytes, size_t count);
 Block EncodeBlock(const BlockDescription& description, bool verbose);
 DecodedBlock DecodeBlock(const Block& block, bool verbose);
 
-// Why a block is rejected: wrong size, bad magic, a CRC, a truncated string.
-std::string DescribeBlockProblem(std::string_view bytes);
+// Why the library's reader rejects a block (too short, bad magic, a CRC, a
+// string past the end), or nothing when it accepts it.
+std::optional<std::string> FindBlockProblem(std::string_view bytes);
 
 }  // namespace quarnel::tool

@@ -11,6 +11,7 @@
 #include "block/block_json.h"
 #include "commands/commands.h"
 #include "library_session.h"
+#include "sample_panel.h"
 #include "tool_error.h"
 
 namespace quarnel::tool {
@@ -48,7 +49,7 @@ LibraryVerdict AskLibrary(const std::string& path, bool verbose) {
     CurveOptions options;
     options.calibFile = path;
     options.verbose = verbose;
-    LibrarySession session(options);
+    LibrarySession session(options, false);
     const int32_t status = session.Request(CCTAPI_INIT_GAIN);
     return {status, session.context().biosVer, session.context().fromBios != 0};
 }
@@ -78,6 +79,11 @@ void PrintText(const Json& json, const std::string& indent = "") {
             PrintText(value, indent + "  ");
             continue;
         }
+        if (key == "stored" || key == "computed") {
+            char hex[8];
+            std::snprintf(hex, sizeof hex, "0x%04x", value.get<unsigned>());
+            shown = hex;
+        }
         if (key == "gamma_lut")
             for (const char* plane : {"red", "green", "blue"}) {
                 const auto& p = value.at(plane);
@@ -91,13 +97,14 @@ void PrintText(const Json& json, const std::string& indent = "") {
 
 void Inspect(const std::string& path, bool json, bool verbose) {
     const std::string bytes = ReadInputFile(path);
-    if (bytes.size() < kBlockSize) throw ToolError(kExitData, path + ": " + DescribeBlockProblem(bytes));
+    const auto problem = FindBlockProblem(bytes);
+    if (bytes.size() < kBlockSize) throw ToolError(kExitData, path + ": " + *problem);
     Block block{};
     std::memcpy(block.data(), bytes.data(), kBlockSize);
     const DecodedBlock decoded = DecodeBlock(block, verbose);
     const Json report = Report(decoded, AskLibrary(path, verbose));
     json ? void(std::cout << report.dump(2) << '\n') : PrintText(report);
-    if (BlockStatus(decoded) != 0) throw ToolError(kExitData, path + ": " + DescribeBlockProblem(bytes));
+    if (problem) throw ToolError(kExitData, path + ": " + *problem);
 }
 
 void Build(const std::string& spec, const std::string& output, bool verbose) {
@@ -138,6 +145,13 @@ void AddBlockCommands(CLI::App& app, const GlobalOptions& global) {
     build->add_option("-o,--output", buildCli->output, "Block file to write")->required();
     build->footer("Example:\n  quarnel block build panel.json -o panel.bin");
     build->callback([buildCli, &global] { Build(buildCli->spec, buildCli->output, global.verbose); });
+
+    auto sampleOutput = std::make_shared<std::string>("-");
+    auto* sample = block->add_subcommand("sample", "Print the built-in sample panel's description, a template");
+    sample->add_option("-o,--output", *sampleOutput, "File to write (default: standard output)");
+    sample->footer("Example:\n  quarnel block sample -o panel.json && quarnel block build panel.json -o panel.bin");
+    sample->callback(
+        [sampleOutput] { WriteFileAtomically(*sampleOutput, DescriptionToJson(SamplePanel()).dump(2) + "\n"); });
 }
 
 }  // namespace quarnel::tool

@@ -1,0 +1,77 @@
+// SPDX-License-Identifier: MIT
+#include "api/mode_luts.h"
+
+#include "color/apply_gains.h"
+#include "color/base_lut.h"
+#include "color/calc_gain.h"
+#include "color/slider.h"
+#include "color/theater.h"
+#include "diag/debug.h"
+#include "lut/vivid.h"
+
+namespace quarnel {
+namespace {
+
+// The white that flag 0x40 solves the normal gains for.
+constexpr double kDefaultWhiteX = 0.314;
+constexpr double kDefaultWhiteY = 0.351;
+
+void RecomputeNormalGains(CctContext& ctx) {
+    GainRequest request;
+    for (int row = 0; row < 4; ++row)
+        for (int col = 0; col < 3; ++col) request.primaryXyz[row][col] = ctx.bios[row][col];
+    request.targetMode = kTargetChromaticity;
+    request.targetX = kDefaultWhiteX;
+    request.targetY = kDefaultWhiteY;
+    request.locus = kLocusOffsetDaylight;
+    GainSolverState state;
+    state.gamma = kSolverGamma;
+    CalcGain(state, &request);
+    DebugPrint("; VOK: DEF Gain E(%d) W(%d)\n", static_cast<int>(request.errorFlags),
+               static_cast<int>(request.warnFlags));
+    for (int c = 0; c < 3; ++c) ctx.gainNormal[c] = request.gain[c];
+}
+
+void BlendReading(CctContext& ctx, double t, const double* a, const double* b, GainSolverState& state) {
+    BlendGains(state, t, a, b, BaseLut(ctx), &ctx.outLut[0][0]);
+}
+
+}  // namespace
+
+void BuildGetLut(CctContext& ctx, const RequestArgs& args) {
+    if (args.request.gainFlag != 0) RecomputeNormalGains(ctx);
+    BuildSliderLut(ctx);
+}
+
+void BuildTheaterModeLut(CctContext& ctx, const RequestArgs& /*args*/) { BuildTheaterLut(ctx); }
+
+void BuildVividModeLut(CctContext& ctx, const RequestArgs& /*args*/) {
+    ApplyVividGains(ctx.gainNormal, BaseLut(ctx), &ctx.outLut[0][0]);
+}
+
+void BuildReadingStrongLut(CctContext& ctx, const RequestArgs& /*args*/) {
+    GainSolverState state;
+    BlendReading(ctx, 0.0, ctx.gainReadStrong, ctx.gainReadStrong, state);
+}
+
+void BuildReadingWeakLut(CctContext& ctx, const RequestArgs& /*args*/) {
+    GainSolverState state;
+    BlendReading(ctx, 0.0, ctx.gainReadWeak, ctx.gainReadWeak, state);
+}
+
+// rdIndex itself is the mixing position: levels above 1 reach the strong
+// gains through the blend's own clamp. The range test is written out; an
+// rdIndex or rdLevels that is not a number passes neither comparison, so
+// rdIndex is kept and the blend's clamp takes it to 0.
+void BuildReadingMultiLut(CctContext& ctx, const RequestArgs& /*args*/) {
+    double t = ctx.rdIndex;
+    if (t < 0.0 || t > ctx.rdLevels - 1.0) {
+        ctx.rdIndex = 0.0;
+        t = 0.0;
+    }
+    GainSolverState state;
+    BlendReading(ctx, t, ctx.gainReadWeak, ctx.gainReadStrong, state);
+    DebugPrint("GetReadingModeMultiLUT  outGain = %f\n", state.maxGain);
+}
+
+}  // namespace quarnel

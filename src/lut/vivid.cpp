@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: MIT
+#include "lut/vivid.h"
+
+#include <algorithm>
+
+#include "core/half_up.h"
+#include "lut/compose.h"
+
+namespace quarnel {
+namespace {
+
+constexpr int kVividKnee = 50;
+constexpr double kSquare = 0.00309841269841269;
+constexpr double kCube = 1.01587301587301e-5;
+constexpr double kLinear = 0.87047619047619;
+
+}  // namespace
+
+double VividLevel(int i) {
+    if (i < kVividKnee) return i;
+    const double x = i;
+    return kSquare * (x * x) - kCube * (x * x * x) + kLinear * x;
+}
+
+Lut16 BuildVividCurve() {
+    Lut16 curve{};
+    for (int i = 0; i < kLutLevels; ++i) {
+        const int v = TruncToInt(std::clamp(VividLevel(i) + 0.5, 0.0, 255.0));
+        for (int c = 0; c < kLutPlanes; ++c) curve[LutIndex(c, i)] = static_cast<uint16_t>(v * kLutStep);
+    }
+    return curve;
+}
+
+void ApplyVividGains(const double gain[3], const uint16_t* base, uint16_t* out) {
+    double level[kLutLevels];
+    for (int i = 0; i < kLutLevels; ++i) level[i] = VividLevel(i);
+    ApplyGainClampedAt(level, gain, base, out);
+}
+
+}  // namespace quarnel
