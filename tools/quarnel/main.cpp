@@ -8,6 +8,7 @@
 
 #include "commands/commands.h"
 #include "tool_error.h"
+#include "x11/display_commands.h"
 
 namespace {
 
@@ -34,6 +35,7 @@ int main(int argc, char** argv) {
     AddBlockCommands(app, global);
     AddStringCommands(app, global);
     AddVersionCommand(app, global);
+    AddDisplayCommands(app, global);
     try {
         app.parse(argc, argv);
         if (app.get_subcommands().empty()) RunDefaultModes(global);
