@@ -4,7 +4,7 @@
 # driver), with ArgyllCMS's dispwin as an independent reader of the ramp.
 # Usage: display_gamma.sh QUARNEL DUMMY_CONF. Exits 77 when Xorg cannot start.
 set -euo pipefail
-quarnel=$1 conf=$2 mode=(native --api srgb)
+quarnel=$1 conf=$2 mode=(theater)
 work=$(mktemp -d) xorg=""
 trap '[ -z "$xorg" ] || kill "$xorg" 2>/dev/null; wait; rm -rf "$work"' EXIT
 skip() { echo "skipped: $*"; exit 77; }
