@@ -203,11 +203,11 @@ TEST_F(ToolTest, StringRoundTripAndPlotShowsEachCurveWhereItRuns) {
 
 TEST_F(ToolTest, BuiltBlocksInspectBackToTheirDescription) {
     for (const std::string version : {"v3", "v5", "v7"}) {
-        const Json spec = Json::parse(ReadFile(kData / ("block_" + version + ".json")));
+        const Json expected = Json::parse(ReadFile(kData / ("block_" + version + ".json")));
         const Result inspect = Run("block inspect --json " + Block(version));
         ASSERT_EQ(inspect.code, 0) << inspect.err;
         const Json report = Json::parse(inspect.out);
-        for (const auto& [key, value] : spec.items()) EXPECT_EQ(report.at(key), value) << version << " " << key;
+        for (const auto& [key, value] : expected.items()) EXPECT_EQ(report.at(key), value) << version << " " << key;
         EXPECT_TRUE(report.at("header_crc").at("ok"));
         EXPECT_EQ(report.contains("tone_crc"), version != "v3");
         EXPECT_EQ(report.at("block_status"), 0);

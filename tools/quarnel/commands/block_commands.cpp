@@ -107,13 +107,13 @@ void Inspect(const std::string& path, bool json, bool verbose) {
     if (problem) throw ToolError(kExitData, path + ": " + *problem);
 }
 
-void Build(const std::string& spec, const std::string& output, bool verbose) {
-    const BlockDescription description = DescriptionFromJson(ReadInputFile(spec), spec);
+void Build(const std::string& descriptionFile, const std::string& output, bool verbose) {
+    const BlockDescription description = DescriptionFromJson(ReadInputFile(descriptionFile), descriptionFile);
     Block block{};
     try {
         block = EncodeBlock(description, verbose);
     } catch (const ToolError& e) {
-        throw ToolError(e.code(), spec + ": " + e.what());
+        throw ToolError(e.code(), descriptionFile + ": " + e.what());
     }
     WriteFileAtomically(output, std::string_view(reinterpret_cast<const char*>(block.data()), block.size()));
 }
@@ -137,14 +137,17 @@ void AddBlockCommands(CLI::App& app, const GlobalOptions& global) {
     inspect->callback([inspectCli, &global] { Inspect(inspectCli->file, inspectCli->json, global.verbose); });
 
     struct BuildCli {
-        std::string spec, output;
+        std::string descriptionFile, output;
     };
     auto buildCli = std::make_shared<BuildCli>();
     auto* build = block->add_subcommand("build", "Write a block from a JSON description, with correct CRCs");
-    build->add_option("SPEC", buildCli->spec, "JSON description (the fields that inspect --json prints)")->required();
+    build
+        ->add_option("DESCRIPTION", buildCli->descriptionFile,
+                     "JSON description (the fields that inspect --json prints)")
+        ->required();
     build->add_option("-o,--output", buildCli->output, "Block file to write")->required();
     build->footer("Example:\n  quarnel block build panel.json -o panel.bin");
-    build->callback([buildCli, &global] { Build(buildCli->spec, buildCli->output, global.verbose); });
+    build->callback([buildCli, &global] { Build(buildCli->descriptionFile, buildCli->output, global.verbose); });
 
     auto sampleOutput = std::make_shared<std::string>("-");
     auto* sample = block->add_subcommand("sample", "Print the built-in sample panel's description, a template");
