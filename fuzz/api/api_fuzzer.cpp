@@ -18,46 +18,13 @@
 #include <memory>
 #include <string>
 
-#include "platform/acpi_device.h"
-#include "platform/display_system.h"
+#include "fake_platform.h"
 #include "platform/trace_file.h"
 #include "quarnel/cctapi.h"
 
 namespace {
 
 using namespace quarnel::platform;
-
-class NoDisplays final : public DisplaySystem {
-public:
-    bool EnumDisplayDevice(const wchar_t*, uint32_t, DisplayDevice&) override { return false; }
-    DeviceList OpenMonitorList() override { return 0; }
-    bool EnumDevice(DeviceList, uint32_t) override { return false; }
-    RegistryKey OpenDeviceKey(DeviceList) override { return 0; }
-    void DestroyList(DeviceList) override {}
-    uint32_t EnumValue(RegistryKey, uint32_t, wchar_t*, uint32_t&, uint8_t*, uint32_t&) override {
-        return kErrorNoMoreItems;
-    }
-    void CloseKey(RegistryKey) override {}
-    uint32_t LastError() override { return kErrorNoMoreItems; }
-};
-
-// Answers every method call with a result count of 1 and the block.
-class BlockDevice final : public AcpiDevice {
-public:
-    const uint8_t* data = nullptr;
-    std::size_t size = 0;
-
-    DeviceHandle Open(const wchar_t*) override { return 1; }
-    bool Control(DeviceHandle, uint32_t, const uint8_t*, uint32_t, uint8_t* reply, uint32_t capacity,
-                 uint32_t& returned) override {
-        const std::size_t body = std::min<std::size_t>(size, capacity - 4);
-        reply[0] = 1, reply[1] = reply[2] = reply[3] = 0;
-        std::copy_n(data, body, reply + 4);
-        returned = static_cast<uint32_t>(4 + body);
-        return true;
-    }
-    void Close(DeviceHandle) override {}
-};
 
 class Input {
 public:
@@ -105,9 +72,9 @@ void Check(int32_t status) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
-    static NoDisplays displays;
+    static quarnel::fuzz::NoDisplays displays;
     static ScopedDisplaySystem displayScope(displays);
-    static BlockDevice device;
+    static quarnel::fuzz::BlockDevice device;
     static ScopedAcpiDevice deviceScope(device);
     static const std::string folder = Folder().string() + "/";
     static const std::string tracePath = folder + "CctTrace.txt";
