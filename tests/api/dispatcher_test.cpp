@@ -1,13 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
-#include <array>
 #include <cstring>
 #include <filesystem>
 #include <memory>
 #include <vector>
 
-#include "api/request.h"
 #include "lut/default_lut.h"
 #include "lut/regamma.h"
 #include "platform/trace_file.h"
@@ -129,19 +127,6 @@ TEST(RegammaCurve, FollowsTheSinglePrecisionPowerLaw) {
     } cases[] = {{0, 0}, {1, 93}, {64, 12742}, {128, 28908}, {254, 64977}, {255, 65280}};
     for (const auto& tc : cases)
         for (int c = 0; c < 3; ++c) EXPECT_EQ(curve[LutIndex(c, tc.level)], tc.value) << tc.level;
-}
-
-TEST(RequestDecoding, FlagsAreStrippedAndOtherBitsKept) {
-    const std::array<uint32_t, 4> cases[] = {// code, number, re-gamma flag, gain flag
-                                             {0x82, 2, 0x80, 0},
-                                             {0x42, 2, 0, 0x40},
-                                             {0xC2, 2, 0x80, 0x40},
-                                             {0x102, 0x102, 0, 0},
-                                             {0x1C2, 0x102, 0x80, 0x40}};
-    for (const auto& [code, number, regamma, gain] : cases) {
-        const Request r = DecodeRequest(code);
-        EXPECT_EQ((std::array{code, r.number, r.regammaFlag, r.gainFlag}), (std::array{code, number, regamma, gain}));
-    }
 }
 
 }  // namespace
