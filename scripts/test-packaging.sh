@@ -58,6 +58,7 @@ linux() {
   DEBIAN_FRONTEND=noninteractive $sudo apt-get install -o DPkg::Lock::Timeout=600 -y -qq "${deb[0]}" >/dev/null
   [ "$(command -v quarnel)" = /usr/bin/quarnel ]
   quarnel modes
+  quarnel version | grep -qx "quarnel tool $version"
   same_lines "files in the .deb" "$(dpkg -L quarnel | while read -r p; do [ -d "$p" ] || echo "$p"; done)" \
     "/usr/bin/quarnel
 /usr/include/quarnel/cctapi.h

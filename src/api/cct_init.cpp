@@ -1,8 +1,60 @@
 // SPDX-License-Identifier: MIT
 #include "api/cct_init.h"
 
-namespace quarnel {
+#include <algorithm>
 
-int32_t CCT_Init(CctContext& /*ctx*/, bool /*useFixedTarget*/) { return 0; }
+#include "calib/bios_info.h"
+#include "calib/error_code.h"
+#include "color/gain_init.h"
+#include "color/gain_types.h"
+#include "core/lut16.h"
+#include "diag/debug.h"
+
+namespace quarnel {
+namespace {
+
+// Rows red, green, blue, white; columns X, Y, Z.
+constexpr double kDefaultIcc[4][3] = {
+    {0.43607, 0.22249, 0.01392},
+    {0.38515, 0.71687, 0.09708},
+    {0.14307, 0.06061, 0.7141},
+    {0.95045, 1.0, 1.08905},
+};
+
+// X and Y must be positive and Z not negative; blue and white need some Z.
+// The tests are made as written, so a value that is not a number passes.
+bool RowUsable(const double row[3], int index) {
+    if (row[0] <= 0.0 || row[1] <= 0.0 || row[2] < 0.0) return false;
+    return !((index == kBlue || index == kWhite) && row[2] == 0.0);
+}
+
+void ValidateIcc(CctContext& ctx) {
+    for (int row = kRed; row <= kWhite; ++row) {
+        if (RowUsable(ctx.icc[row], row)) continue;
+        CctapiErrorCode() = CCT_ERR_ICC_DEFAULTED;
+        std::copy_n(&kDefaultIcc[0][0], 4 * 3, &ctx.icc[0][0]);
+        return;
+    }
+}
+
+}  // namespace
+
+int32_t CCT_Init(CctContext& ctx, bool useFixedTarget) {
+    CctapiErrorCode() = 0;
+    DebugMessage(L"VOK: Enter CCT_Init()\n");
+    ToneModel tone;
+    FactoryTargets targets;
+    ctx.fromBios = 0;
+    ctx.gammaK = 0;
+    FillIdentity(&ctx.gammaLut[0][0]);
+    ValidateIcc(ctx);
+    if (ctx.panelIndex != 0 && ctx.panelIndex != 1) return CCT_ERR_PANEL_INDEX;
+
+    GetBIOSInfo(ctx, tone, targets);
+    DebugPrint("CCTAPI_ERRORCODE = %d\n", static_cast<int>(CctapiErrorCode()));
+    InitGains(ctx, targets, tone, useFixedTarget);
+    DebugMessage(L"VOK: Exit  CCT_Init()\n");
+    return CctapiErrorCode();
+}
 
 }  // namespace quarnel

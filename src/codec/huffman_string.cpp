@@ -63,13 +63,18 @@ std::optional<std::vector<uint8_t>> EncodeHuffmanString(const Differences& d) {
 
 bool DecodeHuffmanString(const uint8_t* string, int count, Differences& d) {
     DebugPrint("\n=== Get Huffman Table v1 ===\n");
+    // A length byte below 2 leaves no room for data, nor for the second
+    // header byte: that byte is not read, and no data bytes are expanded.
     const int length = string[0];
-    if (length < kHeaderBytes) return false;  // the header itself lies beyond the string
-    if ((string[1] >> kNibbleBits) != kTableVersionV1) return false;
+    const bool hasHeader = length >= kHeaderBytes;
+    if (hasHeader && (string[1] >> kNibbleBits) != kTableVersionV1) return false;
 
     DebugPrint("\n=== Convert from Bios String ===\n");
-    BitSequence bits = UnpackBits(string + kHeaderBytes, length - kHeaderBytes);
-    DropPaddingBits(bits, string[1] & kLowNibble);
+    BitSequence bits;
+    if (hasHeader) {
+        bits = UnpackBits(string + kHeaderBytes, length - kHeaderBytes);
+        DropPaddingBits(bits, string[1] & kLowNibble);
+    }
 
     DebugPrint("\n=== Create Huffman Tree ===\n");
     const HuffmanTree tree = BuildTreeV1();

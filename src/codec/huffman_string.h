@@ -23,7 +23,8 @@ std::optional<std::vector<uint8_t>> EncodeHuffmanString(const Differences& d);
 
 // Decodes into the start of `d` (filled with 1 by the caller). Fails on a
 // foreign table version, on more than `count` symbols, and when a plane's
-// position 0 does not decode to 0.
+// position 0 does not decode to 0. A length byte below 2 carries no data
+// (and no version to check), so it fails at that last test.
 bool DecodeHuffmanString(const uint8_t* string, int count, Differences& d);
 
 }  // namespace quarnel::codec

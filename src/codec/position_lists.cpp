@@ -54,8 +54,8 @@ std::optional<std::vector<uint8_t>> EncodePositionLists(const Differences& d) {
 }
 
 bool DecodePositionLists(const uint8_t* string, Differences& d) {
+    // A length byte of 0 or 1 leaves no body: no groups, every difference 1.
     const int length = string[0];
-    if (length == 0) return false;
     int at = 1;
     for (int g = 0; at < length; ++g) {
         if (length - at < kLutPlanes) return false;

@@ -22,7 +22,7 @@ std::optional<std::vector<uint8_t>> EncodePositionLists(const Differences& d);
 
 // Overwrites the listed positions of `d` (filled with 1 by the caller) and
 // clears position 0 of every plane. Fails unless the groups use up exactly
-// the body that byte 0 declares.
+// the body that byte 0 declares; a byte 0 of 0 or 1 declares no body.
 bool DecodePositionLists(const uint8_t* string, Differences& d);
 
 }  // namespace quarnel::codec

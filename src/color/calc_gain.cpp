@@ -24,11 +24,6 @@ constexpr double kSearchMinResultY = 1.0;
 constexpr double kSearchResolution = 0.0005;
 constexpr double kPercent = 100.0;
 
-// Luminance floor rules of GainRequest::lumMode.
-constexpr uint32_t kFloorNone = 0;
-constexpr uint32_t kFloorPerceptual = 1;
-constexpr uint32_t kFloorPercent = 2;
-constexpr uint32_t kFloorDrop = 3;
 constexpr double kPerceptualHigh = 220.0;
 constexpr double kPerceptualLow = 190.0;
 constexpr double kPerceptualExponent = 0.4;

@@ -27,7 +27,9 @@ ChromaPoint Chromaticity(GainSolverState& state, const double xyz[3]) {
 
 int32_t CctFromXy(GainSolverState& state, Xy p) {
     const double n = (p.x - kEpicentreX) / (kEpicentreY - p.y);
-    const int t = HalfUp(kCubic3 * n * n * n + kCubic2 * n * n + kCubic1 * n + kCubic0);
+    // Each coefficient multiplies its whole power. HalfUp gives a NaN 0 and
+    // saturates a temperature beyond the int range, so both end in a clamp.
+    const int t = HalfUp(kCubic3 * (n * n * n) + kCubic2 * (n * n) + kCubic1 * n + kCubic0);
     if (t < kCctReportMin) {
         state.flags |= kGainCctBelow;
         return kCctReportMin;

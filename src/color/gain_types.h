@@ -38,6 +38,12 @@ inline constexpr uint32_t kLocusPlanckian = 0;
 inline constexpr uint32_t kLocusDaylight = 1;
 inline constexpr uint32_t kLocusOffsetDaylight = 2;
 
+// GainRequest::lumMode: the luminance floor a solve keeps above.
+inline constexpr uint32_t kFloorNone = 0;
+inline constexpr uint32_t kFloorPerceptual = 1;  // a fixed step on a perceptual scale below native white
+inline constexpr uint32_t kFloorPercent = 2;     // lumPercent of native white may be lost
+inline constexpr uint32_t kFloorDrop = 3;        // lumDrop may be lost
+
 // Rows of GainRequest::primaryXyz and of GainSolverState::point.
 inline constexpr int kRed = 0;
 inline constexpr int kGreen = 1;

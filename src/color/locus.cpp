@@ -30,7 +30,10 @@ int32_t ClampFlagged(GainSolverState& state, int32_t v, int32_t lo, int32_t hi, 
     return v;
 }
 
-double Cubic(double a3, double a2, double a1, double a0, double v) { return a3 * v * v * v + a2 * v * v + a1 * v + a0; }
+// Each coefficient multiplies its whole power, the terms added left to right.
+double Cubic(double a3, double a2, double a1, double a0, double v) {
+    return a3 * (v * v * v) + a2 * (v * v) + a1 * v + a0;
+}
 
 struct Uv {
     double u;
@@ -59,7 +62,7 @@ Xy DaylightLocusXy(GainSolverState& state, int32_t kelvin) {
         x = 2.9678 * e6 / (t * t) - 4.607 * e9 / (t * t * t) + 0.09911 * e3 / t + 0.244063;
     else
         x = 1.9018 * e6 / (t * t) - 2.0064 * e9 / (t * t * t) + 0.24748 * e3 / t + 0.23704;
-    return {x, 2.87 * x - 3.0 * x * x - 0.275};
+    return {x, 2.87 * x - 3.0 * (x * x) - 0.275};
 }
 
 Xy PlanckianLocusXy(GainSolverState& state, int32_t kelvin) {

@@ -15,8 +15,22 @@ namespace quarnel {
 // sources provides it.
 using StepByteFetch = int32_t (*)(const CctContext& ctx, uint8_t& step);
 
-// A LUT reduced to 8 bits: 256 entries of (red, green, blue).
-using Lut8 = std::array<std::array<int32_t, kLutPlanes>, kLutLevels>;
+// A LUT reduced to 8 bits: 256 entries of (red, green, blue), indexed
+// [level][channel] with the plain int arithmetic of the steps.
+struct Rgb8 {
+    int32_t value[kLutPlanes];
+
+    int32_t& operator[](int channel) { return value[channel]; }
+    int32_t operator[](int channel) const { return value[channel]; }
+    bool operator==(const Rgb8&) const = default;
+};
+struct Lut8 {
+    Rgb8 entry[kLutLevels];
+
+    Rgb8& operator[](int level) { return entry[level]; }
+    const Rgb8& operator[](int level) const { return entry[level]; }
+    bool operator==(const Lut8&) const = default;
+};
 
 // Dark ends closer to the identity than this are left as they are.
 inline constexpr int SMOOTH_LEVEL_MIN = 30;

@@ -24,6 +24,9 @@ struct BlockFields {
     uint8_t useMethod = 1;
     std::vector<uint8_t> lutString{4, 0, 0, 0};  // length byte first
     bool breakHeaderCrc = false, breakToneCrc = false;
+    std::array<float, 12> primaries = kPrimaries;
+    std::array<float, 5> whites = kWhites;
+    std::vector<float> tone{};  // the 45 tone levels; empty: ToneLevel(i)
 };
 
 // Bit-by-bit CRC-16 (polynomial 0x1021, initial 0xFFFF), apart from the library's table-driven one.
@@ -60,16 +63,16 @@ inline std::vector<uint8_t> WriteBlock(const BlockFields& f) {
     put(3, 1);  // sub-version
     at = 8;
     put(0x01020304, 4);
-    singles(kPrimaries);
+    singles(f.primaries);
     crc(12, 48, 6, f.breakHeaderCrc);
     if (f.version >= 2) put(0xA1B2, 2);
     at = 66;
     if (f.version >= 3) put(0x09080706, 4);
     at = 71;
-    if (f.version >= 4) singles(kWhites);
+    if (f.version >= 4) singles(f.whites);
     if (f.version >= 5) {
         at = 103;
-        for (std::size_t i = 0; i < 45; ++i) singles(std::array{ToneLevel(i)});
+        for (std::size_t i = 0; i < 45; ++i) singles(std::array{f.tone.empty() ? ToneLevel(i) : f.tone[i]});
         crc(103, 180, 283, f.breakToneCrc);
         at = 285;
         singles(kBlack);

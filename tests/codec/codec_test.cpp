@@ -221,7 +221,6 @@ TEST(BIOS2LUT, BadInputFailsAndLeavesTheLutUntouched) {
         {"green ends at 256", {7, 0, 0, 0, 0, 1, 0, 9}, 1, kLutEntries},
         {"counts beyond the body", {4, 0, 0, 5, 1, 2, 3, 4, 5}, 1, kLutEntries},
         {"body ends inside the counts", {5, 0, 0, 0, 0, 0, 0, 0}, 1, kLutEntries},
-        {"lists length 0", {0}, 1, kLutEntries},
     };
     for (const auto& tc : cases) {
         Lut16 lut;
@@ -231,6 +230,13 @@ TEST(BIOS2LUT, BadInputFailsAndLeavesTheLutUntouched) {
         EXPECT_EQ(std::tuple(status, lut[0], lut[767]), std::tuple(-1, kUntouchedEntry, kUntouchedEntry)) << tc.name;
     }
     EXPECT_EQ(LoadTranscript({1}, 1, test::IdentityLut()), Row("load", 1, "status", 0, "same"));  // an empty body
+    EXPECT_EQ(LoadTranscript({0}, 1, test::IdentityLut()), Row("load", 1, "status", 0, "same"));  // no body at all
+    for (const Bytes& headless : {Bytes{1}, Bytes{0, 0x20}}) {  // no data bytes, whatever follows the length byte
+        const std::string t = LoadTranscript(headless, 0, test::IdentityLut());
+        EXPECT_NE(t.find("=== Convert from Bios String ===\n\n=== Create Huffman Tree ==="), std::string::npos);
+        EXPECT_EQ(t.substr(t.find("\n=== Decode ===\n")),
+                  "\n=== Decode ===\n" + Row("load", 0, "status", -1, "untouched"));
+    }
     EXPECT_EQ(LoadTranscript(IdentityHuffmanString(), 0, test::IdentityLut()).substr(0, 1), "\n");
 }
 

@@ -13,6 +13,14 @@ namespace {
 
 using test::Row;
 
+TEST(Polynomials, EachCoefficientMultipliesItsWholePower) {
+    GainSolverState s;  // inputs where multiplying from the coefficient outwards gives another double or kelvin
+    EXPECT_EQ(DaylightLocusXy(s, 4002).y, 0x1.88ec72f63ad7cp-2);
+    EXPECT_EQ(PlanckianLocusXy(s, 4004).y, 0x1.819d00035ed34p-2);
+    EXPECT_EQ(CctFromXy(s, {0x1.8a46beecde388p-2, 0.3}), 3077);
+    EXPECT_EQ(CctFromXy(s, {0x1.8969a58235ba1p-2, 0.3}), 3106);
+}
+
 TEST(ColourMath, PublishedChromaticitiesAndTemperatures) {
     const struct {
         Xy (*locus)(GainSolverState&, int32_t);

@@ -1,21 +1,50 @@
 // SPDX-License-Identifier: MIT
-// quarnel: shows what the library answers for this machine's panel in its
-// native mode.
+// quarnel: shows and exports what the calibration library makes of a panel.
+// Data goes to standard output, messages to standard error; the exit code
+// follows sysexits.
 
-#include <cstdio>
-#include <memory>
+#include <CLI/CLI.hpp>
+#include <iostream>
 
-#include "quarnel/cctapi.h"
+#include "commands/commands.h"
+#include "tool_error.h"
+#include "x11/display_commands.h"
 
-int main() {
-    auto ctx = std::make_unique<CctContext>();
-    CCTAPI(CCTAPI_GET_VERSION, ctx.get());
-    std::printf("Quarnel interface version %u.%u.%u\n", (ctx->version >> 16) & 0xFFu, (ctx->version >> 8) & 0xFFu,
-                ctx->version & 0xFFu);
-    ctx->lutApiType = CCT_LUT_API_PLAIN;
-    const int status = CCTAPI(CCTAPI_NATIVE_MODE, ctx.get());
-    std::printf("native mode status %d\n", status);
-    for (int i = 0; i < 256; i += 51)
-        std::printf("[%3d] %5u %5u %5u\n", i, ctx->outLut[0][i], ctx->outLut[1][i], ctx->outLut[2][i]);
-    return status == 0 ? 0 : 1;
+namespace {
+
+using namespace quarnel::tool;
+
+int ParseFailure(const CLI::App& app, const CLI::ParseError& e) {
+    const int code = app.exit(e);
+    return code == static_cast<int>(CLI::ExitCodes::Success) ? kExitOk : kExitUsage;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    GlobalOptions global;
+    CLI::App app("Display calibration curves of a notebook panel, through the quarnel library.", "quarnel");
+    app.require_subcommand(0, 1);
+    app.fallthrough();
+    app.add_flag("-v,--verbose", global.verbose, "Pass the library's own messages on to standard error");
+    app.footer("Example:\n  quarnel modes\n  quarnel lut slider --interval 0.6 -o warm.icc");
+    app.failure_message(
+        [](const CLI::App*, const CLI::Error& e) { return "quarnel: " + std::string(e.what()) + " (see --help)\n"; });
+    AddModesCommand(app, global);
+    AddLutCommand(app, global);
+    AddBlockCommands(app, global);
+    AddStringCommands(app, global);
+    AddVersionCommand(app, global);
+    AddDisplayCommands(app, global);
+    try {
+        app.parse(argc, argv);
+        if (app.get_subcommands().empty()) RunDefaultModes(global);
+    } catch (const CLI::ParseError& e) {
+        return ParseFailure(app, e);
+    } catch (const ToolError& e) {
+        std::cout.flush();
+        std::cerr << "quarnel: " << e.what() << '\n';
+        return e.code();
+    }
+    return kExitOk;
 }

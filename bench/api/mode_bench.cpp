@@ -1,0 +1,165 @@
+// SPDX-License-Identifier: MIT
+// Request 1 from a creator's calibration file, requests 2 to 7 for every lut
+// api type and the VX modes 3 and 21, each against its floor in the same run:
+// the floor of request 1 reads the file and prints the request's lines; the
+// floor of a LUT request copies the record's output arrays, looks once for
+// the trace file, reads the block for its interpolation step and prints the
+// request's lines.
+
+#include <cstdio>
+#include <filesystem>
+#include <string>
+
+#include "api_bench.h"
+#include "calib/block_writer.h"
+#include "platform/acpi_device.h"
+#include "platform/display_system.h"
+
+namespace quarnel::bench {
+namespace {
+
+// No displays, as on a machine whose monitors report no identification.
+class NoDisplays final : public platform::DisplaySystem {
+public:
+    bool EnumDisplayDevice(const wchar_t*, uint32_t, platform::DisplayDevice&) override { return false; }
+    platform::DeviceList OpenMonitorList() override { return 0; }
+    bool EnumDevice(platform::DeviceList, uint32_t) override { return false; }
+    platform::RegistryKey OpenDeviceKey(platform::DeviceList) override { return 0; }
+    void DestroyList(platform::DeviceList) override {}
+    uint32_t EnumValue(platform::RegistryKey, uint32_t, wchar_t*, uint32_t&, uint8_t*, uint32_t&) override {
+        return platform::kErrorNoMoreItems;
+    }
+    void CloseKey(platform::RegistryKey) override {}
+    uint32_t LastError() override { return platform::kErrorNoMoreItems; }
+};
+
+// A version-7 panel (factory gamma string, interpolation step 32) in a file.
+struct PanelFile {
+    PanelFile() {
+        test::BlockFields fields;
+        fields.byte297 = 32;
+        const auto block = test::WriteBlock(fields);
+        std::FILE* file = std::fopen(path.c_str(), "wb");
+        std::fwrite(block.data(), 1, block.size(), file);
+        std::fclose(file);
+    }
+    ~PanelFile() { std::filesystem::remove(path); }
+
+    std::string folder = (std::filesystem::temp_directory_path() / "quarnel-bench-").string();
+    std::string path = folder + "panel.bin";
+    NoDisplays displays;
+    platform::ScopedDisplaySystem scope{displays};
+};
+
+PanelFile& Panel() {
+    static PanelFile panel;
+    return panel;
+}
+
+void ReadBlock(uint8_t (&block)[512]) {
+    std::FILE* file = std::fopen(Panel().path.c_str(), "rb");
+    benchmark::DoNotOptimize(std::fread(block, 1, sizeof block, file));
+    std::fclose(file);
+}
+
+std::unique_ptr<CctContext> InitialisedContext(int32_t lutApiType) {
+    auto ctx = MakeContext(lutApiType);
+    for (int i = 0; i < 3 * 256; ++i) ctx->oriLut[i / 256][i % 256] = static_cast<uint16_t>(i % 256 * 256);
+    ctx->enableUserK = 1;
+    ctx->kalzenPath = Panel().folder.c_str();
+    ctx->kalzenFilename = "panel.bin";
+    ctx->rdLevels = 3;
+    ctx->rdIndex = 0.5;
+    ctx->interval = 0.75;
+    QuietStdout quiet;
+    CCTAPI(CCTAPI_INIT_GAIN, ctx.get());
+    return ctx;
+}
+
+// What one call prints on standard output.
+template <typename Call>
+std::string PrintedBy(Call call) {
+    std::fflush(stdout);
+    std::FILE* capture = std::tmpfile();
+    const int saved = dup(STDOUT_FILENO);
+    dup2(fileno(capture), STDOUT_FILENO);
+    call();
+    std::fflush(stdout);
+    dup2(saved, STDOUT_FILENO);
+    close(saved);
+    std::string text(static_cast<std::size_t>(std::ftell(capture)), '\0');
+    std::rewind(capture);
+    text.resize(std::fread(text.data(), 1, text.size(), capture));
+    std::fclose(capture);
+    return text;
+}
+
+// request < 0 is the VX mode -request, with the panel's base LUT as its tone curve.
+int32_t Run(int32_t request, CctContext* ctx) {
+    return request < 0 ? CCTAPI_VX(-request, ctx, &ctx->oriLut[0][0]) : CCTAPI(static_cast<uint32_t>(request), ctx);
+}
+
+void BM_Request1(benchmark::State& state) {
+    auto ctx = InitialisedContext(0);
+    if (!TraceFileAbsent(state)) return;
+    QuietStdout quiet;
+    for (auto _ : state) benchmark::DoNotOptimize(CCTAPI(CCTAPI_INIT_GAIN, ctx.get()));
+}
+
+void BM_Request1Floor(benchmark::State& state) {
+    auto ctx = InitialisedContext(0);
+    const std::string lines = PrintedBy([&] { CCTAPI(CCTAPI_INIT_GAIN, ctx.get()); });
+    if (!TraceFileAbsent(state)) return;
+    QuietStdout quiet;
+    uint8_t block[512];
+    for (auto _ : state) {
+        ReadBlock(block);
+        std::fputs(lines.c_str(), stdout);
+        benchmark::ClobberMemory();
+    }
+}
+
+// Arguments: the request (negative: VX mode) and the lut api type.
+void BM_Request(benchmark::State& state) {
+    const auto init = InitialisedContext(static_cast<int32_t>(state.range(1)));
+    auto ctx = std::make_unique<CctContext>(*init);
+    if (!TraceFileAbsent(state)) return;
+    QuietStdout quiet;
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(Run(static_cast<int32_t>(state.range(0)), ctx.get()));
+        benchmark::ClobberMemory();
+    }
+}
+
+void BM_RequestFloor(benchmark::State& state) {
+    const auto init = InitialisedContext(static_cast<int32_t>(state.range(1)));
+    auto ctx = std::make_unique<CctContext>(*init);
+    const std::string lines = PrintedBy([&] { Run(static_cast<int32_t>(state.range(0)), ctx.get()); });
+    const auto result = std::make_unique<CctContext>(*ctx);
+    if (!TraceFileAbsent(state)) return;
+    QuietStdout quiet;
+    uint8_t block[512];
+    for (auto _ : state) {
+        CopyOutputs(*result, *ctx);
+        ProbeTraceFile();
+        ReadBlock(block);  // a version-7 panel's LUT takes its interpolation step from the block
+        std::fputs(lines.c_str(), stdout);
+        benchmark::ClobberMemory();
+    }
+}
+
+void LutRequests(benchmark::internal::Benchmark* b) {
+    b->ArgNames({"request", "type"});
+    for (int64_t request : {2, 3, 4, 5, 6, 7, -3, -21})
+        for (int64_t type = 0; type <= 5; ++type)
+            if (request > 0 || type == 0 || type == 2) b->Args({request, type});
+}
+
+}  // namespace
+
+BENCHMARK(BM_Request1);
+BENCHMARK(BM_Request1Floor);
+BENCHMARK(BM_Request)->Apply(LutRequests);
+BENCHMARK(BM_RequestFloor)->Apply(LutRequests);
+
+}  // namespace quarnel::bench

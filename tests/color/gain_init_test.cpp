@@ -1,0 +1,94 @@
+// SPDX-License-Identifier: MIT
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <tuple>
+#include <utility>
+
+#include "color/apply_gains.h"
+#include "color/check_gain.h"
+#include "color/reading_targets.h"
+#include "color/slider.h"
+#include "color/theater.h"
+#include "core/lut16.h"
+
+namespace quarnel {
+namespace {
+
+TEST(CalcReadingTargets, WeakAndStrongLieOnTheReadingLine) {
+    const Xy a = kReadingLineStart, b = kReadingLineEnd;
+    const double len = std::hypot(b.x - a.x, b.y - a.y);
+    const Xy u{(b.x - a.x) / len, (b.y - a.y) / len};
+    const auto at = [&](double along, double across = 0) {
+        return Xy{a.x + along * u.x - across * u.y, a.y + along * u.y + across * u.x};
+    };
+    const auto gap = [](Xy p, Xy q) { return std::hypot(p.x - q.x, p.y - q.y); };
+    // The current white, and how far along the line from A the weak white lies.
+    const std::pair<Xy, double> cases[] = {
+        {{a.x - 0.0051, 0.5}, 0.0}, {a, 0.005},      {at(len / 2, 0.01), len / 2 + 0.005},
+        {at(-0.004), 0.005},        {at(-0.006), 0}, {at(2 * len), 2 * len + 0.005}};
+    for (const auto& [current, weak] : cases) {
+        ReadingTargets t;
+        CalcReadingTargets(current, a, b, t);
+        EXPECT_LT(gap(t.weak, at(weak)), 1e-12) << weak;
+        EXPECT_LT(gap(t.strong, at(weak + len)), 1e-12) << weak;
+    }
+}
+
+TEST(CheckGain, RaisesLowGainsToTheMinimumOutput) {
+    Lut16 bases[2];  // the identity, and a dark LUT with every entry at 127 of 255
+    FillIdentity(bases[0].data());
+    bases[1].fill(127 * kLutStep);
+    // Base, lut api type, gain and the checked gain, gains in 255ths.
+    const std::array<int, 4> cases[] = {{0, 0, 76, 102},  {0, 1, 101, 102}, {0, 4, 102, 102},  {0, 2, 76, 128},
+                                        {0, 3, 127, 128}, {0, 5, 128, 128}, {0, 0, -127, 102}, {0, 0, 255, 255},
+                                        {1, 0, 76, 76},   {1, 2, 76, 255},  {1, 7, 255, 255}};
+    for (const auto& [base, lutApiType, in, out] : cases) {
+        double g[3] = {in / 255.0, 1.0, in / 255.0};
+        CheckGain(g, bases[base].data(), lutApiType);
+        EXPECT_EQ(std::to_array(g), (std::array{out / 255.0, 1.0, out / 255.0})) << in << " " << lutApiType;
+    }
+}
+
+// The base LUTs told apart: oriLut is the identity, gammaLut half of it.
+CctContext GainContext(int32_t fromBios, int32_t gammaK) {
+    CctContext ctx{};
+    FillIdentity(&ctx.oriLut[0][0]);
+    for (int i = 0; i < kLutEntries; ++i) (&ctx.gammaLut[0][0])[i] = static_cast<uint16_t>((&ctx.oriLut[0][0])[i] / 2);
+    ctx.fromBios = fromBios;
+    ctx.gammaK = gammaK;
+    return ctx;
+}
+
+TEST(BuildSliderLut, BlendsTheNormalGainsTowardTheWarmOrColdEnd) {
+    const double normal[3] = {0.9, 0.8, 1.0}, warm[3] = {1.0, 0.7, 0.45}, cold[3] = {0.6, 0.9, 1.0},
+                 unit[3] = {1.0, 1.0, 1.0} /* oriLut as it stands */, halfWarm[3] = {0.95, 0.75, 0.725};
+    // interval, fromBios, gammaK, and the gains the base LUT is expected to get
+    const std::tuple<double, int32_t, int32_t, const double*> cases[] = {
+        {0.4, 1, 0, normal}, {1.6, 1, 0, normal},    {1.0, 1, 1, normal}, {0.5, 1, 0, warm},
+        {1.5, 1, 1, cold},   {0.75, 0, 1, halfWarm}, {0.4, 0, 1, unit},
+    };
+    for (const auto& [interval, fromBios, gammaK, gain] : cases) {
+        CctContext ctx = GainContext(fromBios, gammaK);
+        std::copy_n(normal, 3, ctx.gainNormal);
+        std::copy_n(warm, 3, ctx.gainWarm);
+        std::copy_n(cold, 3, ctx.gainCold);
+        ctx.interval = interval;
+        EXPECT_EQ(BuildSliderLut(ctx), 0);
+        Lut16 expected;
+        ApplyGainsToLut(fromBios && gammaK ? &ctx.gammaLut[0][0] : &ctx.oriLut[0][0], gain, expected.data());
+        EXPECT_TRUE(std::equal(expected.begin(), expected.end(), &ctx.outLut[0][0])) << interval;
+    }
+}
+
+TEST(BuildTheaterLut, BoostsByFivePercentAndSaturatesFrom243) {
+    CctContext ctx = GainContext(1, 1);  // a zero bios table: the solve falls back to unit gains
+    EXPECT_EQ(BuildTheaterLut(ctx), 0);
+    for (int c = 0; c < kLutPlanes; ++c)  // 242 reads entry 254, every input from 243 on entry 255
+        for (int i = 242; i < kLutLevels; ++i) EXPECT_EQ(ctx.outLut[c][i], ctx.gammaLut[c][std::min(i + 12, 255)]) << i;
+}
+
+}  // namespace
+}  // namespace quarnel

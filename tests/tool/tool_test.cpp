@@ -1,0 +1,279 @@
+// SPDX-License-Identifier: MIT
+// The quarnel tool as its users meet it: a process with arguments, standard
+// output, standard error and an exit code.
+
+#include <cairo.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdlib>
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "support/golden.h"
+#include "support/temp_dir.h"
+
+namespace quarnel::test {
+namespace {
+
+namespace fs = std::filesystem;
+using Json = nlohmann::json;
+using Values = std::vector<long>;  // 768 curve entries, plane by plane
+
+const fs::path kData = TOOL_DATA;
+
+struct Result {
+    int code;
+    std::string out, err;
+};
+
+class ToolTest : public testing::Test {
+protected:
+    TempDir dir;
+
+    // Runs a shell command line in the scratch folder; "quarnel" is the tool.
+    Result Shell(const std::string& line) {
+        const std::string command = "cd '" + dir.path().string() + "' && quarnel() { '" QUARNEL_TOOL "' \"$@\"; } && " +
+                                    line + " >out.txt 2>err.txt";
+        const int status = std::system(command.c_str());
+        Result r{WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadFile(dir / "out.txt"), ReadFile(dir / "err.txt")};
+        fs::remove(dir / "out.txt");
+        fs::remove(dir / "err.txt");
+        return r;
+    }
+    Result Run(const std::string& args) { return Shell("quarnel " + args); }
+
+    // Builds a block from a description in the test data; returns its name.
+    std::string Block(const std::string& version) {
+        const std::string name = "block_" + version + ".bin";
+        EXPECT_EQ(Run("block build '" + (kData / ("block_" + version + ".json")).string() + "' -o " + name).code, 0);
+        return name;
+    }
+};
+
+Values Numbers(std::string text, size_t skip, size_t every, size_t from) {
+    std::replace(text.begin(), text.end(), ',', ' ');
+    std::istringstream in(text);
+    Values values;
+    std::string line, word;
+    for (size_t row = 0; std::getline(in, line); ++row) {
+        if (row < skip) continue;
+        std::istringstream words(line);
+        for (size_t i = 0; words >> word; ++i)
+            if (i >= from && i < from + every) values.push_back(std::lround(std::stod(word)));
+    }
+    return values;
+}
+
+Values Planar(const Values& interleaved) {  // 256 rows of r g b into three planes
+    if (interleaved.size() != 768) return interleaved;
+    Values planes(768);
+    for (size_t i = 0; i < 768; ++i) planes[(i % 3) * 256 + i / 3] = interleaved[i];
+    return planes;
+}
+
+Values FromJson(const Json& json) {
+    Values values;
+    for (const char* plane : {"red", "green", "blue"})
+        for (long v : json.at(plane)) values.push_back(v);
+    return values;
+}
+
+std::string Fixed(double v, const char* format) {
+    char text[32];
+    std::snprintf(text, sizeof text, format, v);
+    return text;
+}
+
+// Every table row holds what the JSON holds, as printed.
+void ExpectTableMatchesJson(const std::string& table, const Json& json) {
+    std::istringstream rows(table);
+    std::string line;
+    std::getline(rows, line);
+    std::getline(rows, line);
+    for (const Json& mode : json.at("modes")) {
+        ASSERT_TRUE(std::getline(rows, line));
+        std::ostringstream expected;
+        const auto number = [&](const Json& v) {
+            expected << ' ' << (v.is_null() ? "-" : Fixed(v.get<double>(), "%.4f"));
+        };
+        expected << mode.at("mode").get<std::string>() << ' ' << mode.at("status");
+        for (size_t c = 0; c < 3; ++c) number(mode.at("gains").is_null() ? Json() : mode.at("gains")[c]);
+        for (const char* k : {"x", "y"}) number(mode.at("white").is_null() ? Json() : mode.at("white").at(k));
+        expected << ' ' << (mode.at("cct").is_null() ? "-" : mode.at("cct").dump());
+        for (const char* plane : {"red", "green", "blue"}) {
+            for (long v : mode.at("curve").at(plane)) expected << ' ' << v;
+            if (plane[0] != 'b') expected << " |";
+        }
+        std::istringstream words(line);
+        std::string word, actual;
+        while (words >> word) actual.append(actual.empty() ? "" : " ").append(word);
+        EXPECT_EQ(actual, expected.str());
+    }
+}
+
+TEST_F(ToolTest, ModesTableAndJsonAgreeForEveryPanel) {
+    for (const std::string panel : {"sample", "v3", "v5", "v7"}) {
+        SCOPED_TRACE(panel);
+        const std::string source = panel == "sample" ? "" : " --calib " + Block(panel);
+        const Result table = Run("modes" + source), json = Run("modes --json" + source);
+        ASSERT_EQ(table.code, 0) << table.err;
+        ASSERT_EQ(json.code, 0) << json.err;
+        ExpectTableMatchesJson(table.out, Json::parse(json.out));
+        ExpectGolden("tool/modes_" + panel + ".json", json.out);
+    }
+    EXPECT_EQ(Run("").out, Run("modes").out);
+}
+
+TEST_F(ToolTest, EveryLutFormatCarriesTheSameCurve) {
+    const std::string lut = "lut native --api srgb --brightness 0.8 ";
+    for (const char* format : {"csv", "json", "cal", "icc", "png", "svg"})
+        ASSERT_EQ(Run(lut + "-o curve." + std::string(format)).code, 0) << format;
+    const Values expected = FromJson(Json::parse(ReadFile(dir / "curve.json")));
+    EXPECT_EQ(Planar(Numbers(ReadFile(dir / "curve.csv"), 1, 3, 1)), expected);
+    EXPECT_EQ(Run(lut + "-o -").out, ReadFile(dir / "curve.csv"));
+    EXPECT_EQ(Run(lut + "-o - --format json").out, ReadFile(dir / "curve.json"));
+    EXPECT_TRUE(ReadFile(dir / "curve.svg").find("<svg") != std::string::npos);
+    // Through the identity tone curve a VX curve is the slider's own.
+    ASSERT_EQ(Run("string decode 04000000 --method 1 -o identity.json").code, 0);
+    EXPECT_EQ(Run("lut vx-curve --curve identity.json -o -").out, Run("lut slider -o -").out);
+
+    std::string inputs;
+    for (int i = 0; i < 256; ++i)
+        inputs += std::to_string(i * 257) + ' ' + std::to_string(i * 257) + ' ' + std::to_string(i * 257) + '\n';
+    WriteFile(dir / "inputs.txt", inputs);
+    const Result cal = Shell("'" XICCLU "' -v0 -s 65535 curve.cal <inputs.txt");
+    ASSERT_EQ(cal.code, 0) << cal.err;
+    EXPECT_EQ(Planar(Numbers(cal.out, 0, 3, 0)), expected);
+
+    const Result icc = Shell("'" ICCDUMP "' -v 3 -t vcgt curve.icc");
+    ASSERT_NE(icc.out.find("VideoCardGammaTable:"), std::string::npos) << icc.out;
+    ASSERT_NE(icc.out.find("entries   = 256"), std::string::npos);
+    std::string entries;  // the "  i: value" lines of the three channels
+    std::istringstream lines(icc.out);
+    for (std::string line; std::getline(lines, line);)
+        if (line.find(": ") != std::string::npos && std::isdigit(static_cast<unsigned char>(line.back())) &&
+            line.find_first_not_of(' ') == line.find_first_of("0123456789"))
+            entries += line.substr(line.find(": ") + 2) + '\n';
+    EXPECT_EQ(Numbers(entries, 0, 1, 0), expected);
+}
+
+// Three planes far apart: red the identity, green late, blue early.
+std::string SpreadCsv() {
+    std::string csv = "index,red,green,blue\n";
+    for (int i = 0; i < 256; ++i)
+        csv += std::to_string(i) + ',' + std::to_string(i * 256) + ',' +
+               std::to_string(std::max(0, 2 * i - 255) * 256) + ',' + std::to_string(std::min(255, 2 * i) * 256) + '\n';
+    return csv;
+}
+
+TEST_F(ToolTest, StringRoundTripAndPlotShowsEachCurveWhereItRuns) {
+    WriteFile(dir / "spread.csv", SpreadCsv());
+    const Result encoded = Run("string encode spread.csv");
+    ASSERT_EQ(encoded.code, 0) << encoded.err;
+    std::istringstream words(encoded.out);
+    std::string label, method, hex;
+    words >> label >> method >> hex;
+    EXPECT_EQ(Run("string decode " + hex + " --method " + method).out, SpreadCsv());
+    ASSERT_EQ(Run("string decode " + hex + " --method " + method + " -o spread.png").code, 0);
+
+    cairo_surface_t* png = cairo_image_surface_create_from_png((dir / "spread.png").c_str());
+    ASSERT_EQ(cairo_surface_status(png), CAIRO_STATUS_SUCCESS);
+    ASSERT_EQ(cairo_image_surface_get_width(png), 640);
+    ASSERT_EQ(cairo_image_surface_get_height(png), 480);
+    const auto* pixels = cairo_image_surface_get_data(png);
+    const int stride = cairo_image_surface_get_stride(png);
+    // Plot area: 544 x 392 from (72, 24); outputs run up to 65535.
+    struct Probe {
+        int input, level, channel;  // channel in cairo's B, G, R byte order
+    };
+    for (const Probe& p : {Probe{100, 100, 2}, Probe{100, 200, 0}, Probe{200, 145, 1}, Probe{40, 40, 2}}) {
+        const int x = static_cast<int>(std::lround(72 + p.input / 255.0 * 544));
+        const int y = static_cast<int>(std::lround(24 + 392 - p.level * 256 / 65535.0 * 392));
+        bool found = false;
+        for (int row = y - 3; row <= y + 3; ++row) {
+            const unsigned char* px = pixels + row * stride + x * 4;
+            found = found || (px[p.channel] > 140 && px[(p.channel + 1) % 3] < 60 && px[(p.channel + 2) % 3] < 60);
+        }
+        EXPECT_TRUE(found) << "input " << p.input << " channel " << p.channel;
+    }
+    cairo_surface_destroy(png);
+}
+
+TEST_F(ToolTest, BuiltBlocksInspectBackToTheirDescription) {
+    for (const std::string version : {"v3", "v5", "v7"}) {
+        const Json expected = Json::parse(ReadFile(kData / ("block_" + version + ".json")));
+        const Result inspect = Run("block inspect --json " + Block(version));
+        ASSERT_EQ(inspect.code, 0) << inspect.err;
+        const Json report = Json::parse(inspect.out);
+        for (const auto& [key, value] : expected.items()) EXPECT_EQ(report.at(key), value) << version << " " << key;
+        EXPECT_TRUE(report.at("header_crc").at("ok"));
+        EXPECT_EQ(report.contains("tone_crc"), version != "v3");
+        EXPECT_EQ(report.at("block_status"), 0);
+    }
+}
+
+TEST_F(ToolTest, ErrorsExitWithTheirCodeAndLeaveNoOutput) {
+    WriteFile(dir / "short.bin", "HDOC");
+    std::string block = ReadFile(dir / Block("v5"));
+    block[20] ^= 1;
+    WriteFile(dir / "crc.bin", block);
+    WriteFile(dir / "bad.json", "{\"version\": 7,");
+    WriteFile(dir / "bad.csv", "0,0,0,0\n1,2\n");
+    struct Case {
+        std::string args;
+        int code;
+        std::string message;
+    };
+    const Case cases[] = {
+        {"bogus", 64, "bogus"},
+        {"lut sepia -o out.csv", 64, "sepia"},
+        {"lut native -o out.txt", 64, "out.txt: cannot tell the format"},
+        {"lut vx-curve -o out.csv", 64, "vx-curve needs a tone curve"},
+        {"lut native --api hdr -o out.csv", 64, "hdr"},
+        {"modes --calib none.bin", 66, "none.bin: cannot read input"},
+        {"lut vx-curve --curve bad.csv -o out.csv", 65, "bad.csv: line 2: expected index,red,green,blue"},
+        {"modes --calib short.bin", 65, "short.bin: not a calibration block: 4 bytes"},
+        {"modes --calib crc.bin", 65, "crc.bin: header CRC mismatch"},
+        {"block inspect crc.bin", 65, "crc.bin: header CRC mismatch"},
+        {"block build bad.json -o out.bin", 65, "bad.json: malformed JSON"},
+        {"block build none.json -o out.bin", 66, "none.json: cannot read input"},
+        {"string encode bad.csv", 65, "bad.csv: line 2"},
+        {"string decode 0400zz --method 1 -o out.csv", 65, "malformed hex"},
+        {"string decode 04000000 --method 0 -o out.csv", 65, "does not decode"},
+        {"string decode 04000000 --method 1 -o missing/out.csv", 73, "missing/out.csv: cannot create output"},
+        {"lut native -o out.png --format tiff", 64, "unknown format \"tiff\""},
+    };
+    for (const Case& c : cases) {
+        const Result r = Run(c.args);
+        EXPECT_EQ(r.code, c.code) << c.args;
+        EXPECT_EQ(r.err.rfind("quarnel: ", 0), 0u) << r.err;
+        EXPECT_NE(r.err.find(c.message), std::string::npos) << c.args << ": " << r.err;
+        EXPECT_EQ(std::count(r.err.begin(), r.err.end(), '\n'), 1) << r.err;
+    }
+    size_t files = 0;
+    for ([[maybe_unused]] const auto& entry : fs::directory_iterator(dir.path())) ++files;
+    EXPECT_EQ(files, 5u) << "only the inputs remain";
+}
+
+TEST_F(ToolTest, VersionHelpAndLibraryChatterStayInTheirPlaces) {
+    const Result version = Run("version");
+    EXPECT_EQ(version.code, 0);
+    EXPECT_EQ(version.out.rfind("quarnel tool ", 0), 0u);
+    EXPECT_NE(version.out.find("\nlibrary interface 8.11.0\nlibrary build v"), std::string::npos) << version.out;
+    for (const char* command : {"", "modes", "lut", "block", "block inspect", "block build", "block sample", "string",
+                                "string encode", "string decode", "version"}) {
+        const Result help = Run(std::string(command) + " --help");
+        EXPECT_EQ(help.code, 0) << command;
+        EXPECT_NE(help.out.find("Example:\n  quarnel " + std::string(command)), std::string::npos) << help.out;
+    }
+    const Result quiet = Run("string decode 04000000 --method 0"),
+                 verbose = Run("-v string decode 04000000 --method 0");
+    EXPECT_EQ(quiet.out + verbose.out, "");
+    EXPECT_EQ(quiet.err.find("Huffman"), std::string::npos);
+    EXPECT_NE(verbose.err.find("=== Get Huffman Table v1 ==="), std::string::npos);
+}
+
+}  // namespace
+}  // namespace quarnel::test

@@ -1,0 +1,49 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
+# quarnel apply, show and reset on a real X server (Xorg with the dummy video
+# driver), with ArgyllCMS's dispwin as an independent reader of the ramp.
+# Usage: display_gamma.sh QUARNEL DUMMY_CONF. Exits 77 when Xorg cannot start.
+set -euo pipefail
+quarnel=$1 conf=$2 mode=(theater)
+work=$(mktemp -d) xorg=""
+trap '[ -z "$xorg" ] || kill "$xorg" 2>/dev/null; wait; rm -rf "$work"' EXIT
+skip() { echo "skipped: $*"; exit 77; }
+fail() { echo "FAILED: $*"; exit 1; }
+
+command -v Xorg >/dev/null || skip "Xorg is not installed"
+command -v dispwin >/dev/null || skip "dispwin (ArgyllCMS) is not installed"
+n=90
+while [ -e /tmp/.X$n-lock ] || [ -e /tmp/.X11-unix/X$n ]; do n=$((n + 1)); done
+export DISPLAY=:$n
+Xorg "$DISPLAY" -noreset -nolisten tcp -config "$conf" -logfile "$work/xorg.log" >/dev/null 2>"$work/xorg.err" &
+xorg=$!
+for _ in $(seq 100); do
+  [ -S /tmp/.X11-unix/X$n ] && break
+  kill -0 "$xorg" 2>/dev/null || { xorg=""; skip "Xorg did not start: $(grep -hE '\(EE\) [A-Za-z]' "$work"/xorg.* | grep -m1 -v -e dbus -e 'warning,')"; }
+  sleep 0.1
+done
+
+# Each command runs as its own process, so the ramp lives on the server.
+"$quarnel" lut "${mode[@]}" --format csv -o "$work/mode.csv"
+"$quarnel" lut "${mode[@]}" --format cal -o "$work/mode.cal"
+"$quarnel" apply "${mode[@]}"
+"$quarnel" show --output DUMMY0 --format csv -o "$work/shown.csv"
+cmp "$work/mode.csv" "$work/shown.csv" || fail "show does not give the applied curve"
+dispwin -d1 -V "$work/mode.cal" | grep -q "IS loaded" || fail "dispwin does not find the mode's curve loaded"
+
+"$quarnel" reset
+"$quarnel" show --format csv -o "$work/reset.csv"
+cmp <(head -1 "$work/mode.csv"; seq 0 255 | awk '{ v = $1 * 256; print $1 "," v "," v "," v }') "$work/reset.csv" ||
+  fail "reset does not load the identity"
+
+# CAUSE COMMAND...: exits 69 with one line, which names CAUSE.
+expect_unavailable() {
+  local cause=$1 status=0
+  shift
+  "$@" 2>"$work/err" || status=$?
+  [ $status -eq 69 ] && [ "$(wc -l <"$work/err")" -eq 1 ] && grep -q "$cause" "$work/err" ||
+    fail "$* exits $status: $(cat "$work/err")"
+}
+expect_unavailable DISPLAY env -u DISPLAY "$quarnel" reset
+expect_unavailable NO-SUCH-OUTPUT "$quarnel" show --output NO-SUCH-OUTPUT
+echo "passed on display $DISPLAY"

@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: MIT
+#include "commands/curve_cli.h"
+
+#include <filesystem>
+#include <map>
+
+#include "atomic_file.h"
+#include "formats/text_formats.h"
+#include "quarnel/cctapi.h"
+
+namespace quarnel::tool {
+namespace {
+
+const std::map<std::string, int> kApiTypes{
+    {"plain", CCT_LUT_API_PLAIN}, {"srgb", CCT_LUT_API_SRGB}, {"nvidia", CCT_LUT_API_NVIDIA},
+    {"qcom", CCT_LUT_API_QCOM},   {"igcl", CCT_LUT_API_IGCL}, {"plain5", CCT_LUT_API_PLAIN_ALT},
+};
+
+}  // namespace
+
+void AddCurveOptions(CLI::App& command, CurveCli& cli) {
+    auto* calib = command.add_option("--calib", cli.calib, "Raw 512-byte calibration block to read");
+    cli.firmwareOption = command.add_option("--firmware", cli.firmware, "Read the firmware's block of panel 0 or 1")
+                             ->check(CLI::Range(0, 1));
+    calib->excludes(cli.firmwareOption);
+    command.add_option("--api", cli.api, "Driver interface the curve is made for")
+        ->check(CLI::IsMember({"plain", "srgb", "nvidia", "qcom", "igcl", "plain5"}))
+        ->capture_default_str();
+    command.add_option("--interval", cli.options.interval, "Slider: 0.5 warm, 1.0 normal, 1.5 cold")
+        ->capture_default_str();
+    command.add_option("--brightness", cli.options.brightness, "Brightness scale, 1.0 leaves the curve")
+        ->capture_default_str();
+    auto* levels = command.add_option("--reading-levels", cli.options.readingLevels, "Reading levels offered");
+    auto* index = command.add_option("--reading-index", cli.options.readingIndex, "Reading level chosen");
+    levels->needs(index);
+    index->needs(levels);
+}
+
+CurveOptions ResolveCurveOptions(const CurveCli& cli, const GlobalOptions& global) {
+    CurveOptions options = cli.options;
+    if (!cli.calib.empty()) options.calibFile = cli.calib;
+    if (cli.firmwareOption != nullptr && cli.firmwareOption->count() > 0) options.firmwarePanel = cli.firmware;
+    options.apiType = kApiTypes.at(cli.api);
+    options.verbose = global.verbose;
+    if (!cli.curveFile.empty()) {
+        const std::string text = ReadInputFile(cli.curveFile);
+        const bool json = std::filesystem::path(cli.curveFile).extension() == ".json";
+        options.toneCurve = json ? CurveFromJson(text, cli.curveFile) : CurveFromCsv(text, cli.curveFile);
+    }
+    return options;
+}
+
+}  // namespace quarnel::tool

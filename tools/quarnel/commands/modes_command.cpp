@@ -1,0 +1,124 @@
+// SPDX-License-Identifier: MIT
+// quarnel modes: every mode of one panel, side by side.
+
+#include <cstdio>
+#include <iostream>
+#include <memory>
+#include <nlohmann/json.hpp>
+#include <vector>
+
+#include "commands/commands.h"
+#include "commands/curve_cli.h"
+#include "library_session.h"
+#include "mode_gains.h"
+#include "mode_run.h"
+
+namespace quarnel::tool {
+namespace {
+
+constexpr Mode kShownModes[] = {Mode::Slider,      Mode::Theater,      Mode::Vivid,  Mode::ReadingStrong,
+                                Mode::ReadingWeak, Mode::ReadingMulti, Mode::Native, Mode::VxVivid};
+constexpr size_t kDigestEntries[] = {0, 64, 128, 192, 255};
+constexpr const char* kPlaneNames[3] = {"red", "green", "blue"};
+constexpr size_t kNameWidth = 14;
+
+struct ModeRow {
+    Mode mode;
+    ModeCurve result;
+    std::optional<WhitePoint> white;
+};
+
+struct PanelReport {
+    std::string source;
+    int32_t initStatus = 0;
+    int32_t calibrationVersion = -1;
+    bool factoryData = false;
+    std::vector<ModeRow> rows;
+};
+
+PanelReport Collect(const CurveOptions& options) {
+    LibrarySession session(options);
+    PanelReport report{session.sourceName(), session.Init(), 0, false, {}};
+    report.calibrationVersion = session.context().biosVer;
+    report.factoryData = session.context().fromBios != 0;
+    for (Mode mode : kShownModes) {
+        ModeRow row{mode, RunMode(session, mode, options), std::nullopt};
+        // Without a successful initialisation only the native mode's gains mean anything.
+        if (report.initStatus != 0 && mode != Mode::Native) row.result.gains.reset();
+        if (row.result.gains) row.white = WhiteFromGains(session.context(), *row.result.gains);
+        report.rows.push_back(row);
+    }
+    return report;
+}
+
+std::string Fixed(double v, const char* format = "%7.4f") {
+    char text[32];
+    std::snprintf(text, sizeof text, format, v);
+    return text;
+}
+
+void PrintTable(const PanelReport& report) {
+    std::cout << "# " << report.source << ": calibration version " << report.calibrationVersion
+              << (report.factoryData ? ", factory data" : ", no factory data") << ", init status " << report.initStatus
+              << "\n";
+    std::cout << "mode            status  gain R  gain G  gain B  white x white y   CCT"
+                 "  curve at 0 64 128 192 255 (R | G | B)\n";
+    for (const auto& row : report.rows) {
+        std::string line(ModeName(row.mode));
+        line.resize(kNameWidth, ' ');
+        line += Fixed(row.result.status, "%8.0f");
+        for (size_t c = 0; c < 3; ++c) line += row.result.gains ? Fixed((*row.result.gains)[c], "%8.4f") : "       -";
+        line += row.white ? Fixed(row.white->x, "%8.4f") + Fixed(row.white->y, "%8.4f") + Fixed(row.white->cct, "%6.0f")
+                          : "       -       -     -";
+        for (size_t c = 0; c < 3; ++c) {
+            line += c == 0 ? "  " : " |";
+            for (size_t i : kDigestEntries) line += Fixed(row.result.curve[c][i], "%6.0f");
+        }
+        std::cout << line << '\n';
+    }
+}
+
+void PrintJson(const PanelReport& report) {
+    nlohmann::ordered_json json{{"source", report.source},
+                                {"calibration_version", report.calibrationVersion},
+                                {"factory_data", report.factoryData},
+                                {"init_status", report.initStatus}};
+    json["modes"] = nlohmann::ordered_json::array();
+    for (const auto& row : report.rows) {
+        nlohmann::ordered_json mode{{"mode", ModeName(row.mode)}, {"status", row.result.status}};
+        mode["gains"] = row.result.gains ? nlohmann::ordered_json(*row.result.gains) : nullptr;
+        mode["white"] = row.white ? nlohmann::ordered_json{{"x", row.white->x}, {"y", row.white->y}} : nullptr;
+        mode["cct"] = row.white ? nlohmann::ordered_json(row.white->cct) : nullptr;
+        for (size_t c = 0; c < 3; ++c)
+            for (size_t i : kDigestEntries) mode["curve"][kPlaneNames[c]].push_back(row.result.curve[c][i]);
+        json["modes"].push_back(mode);
+    }
+    std::cout << json.dump(2) << '\n';
+}
+
+void Run(const CurveOptions& options, bool json) {
+    const PanelReport report = Collect(options);
+    if (report.initStatus != 0)
+        std::cerr << "quarnel: " << report.source << ": initialisation answered status " << report.initStatus << '\n';
+    json ? PrintJson(report) : PrintTable(report);
+}
+
+}  // namespace
+
+void AddModesCommand(CLI::App& app, const GlobalOptions& global) {
+    auto cli = std::make_shared<CurveCli>();
+    auto json = std::make_shared<bool>(false);
+    auto* command = app.add_subcommand("modes", "Show every colour mode of a panel: gains, white point, curve");
+    AddCurveOptions(*command, *cli);
+    command->add_flag("--json", *json, "Print JSON instead of a table");
+    command->footer("Example:\n  quarnel modes --calib panel.bin --interval 0.75");
+    command->callback([cli, json, &global] { Run(ResolveCurveOptions(*cli, global), *json); });
+}
+
+void RunDefaultModes(const GlobalOptions& global) {
+    CurveOptions options;
+    options.verbose = global.verbose;
+    Run(options, false);
+}
+
+}  // namespace quarnel::tool

@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: MIT
+#include "formats/write_curve.h"
+
+#include <filesystem>
+
+#include "atomic_file.h"
+#include "formats/binary_formats.h"
+#include "formats/text_formats.h"
+#include "tool_error.h"
+
+namespace quarnel::tool {
+namespace {
+
+struct FormatEntry {
+    CurveFormat format;
+    std::string_view name;
+    bool text;
+    std::string (*render)(const Curve&);
+};
+
+constexpr FormatEntry kFormats[] = {
+    {CurveFormat::Csv, "csv", true, CurveToCsv},  {CurveFormat::Json, "json", true, CurveToJson},
+    {CurveFormat::Cal, "cal", true, CurveToCal},  {CurveFormat::Icc, "icc", false, CurveToIcc},
+    {CurveFormat::Png, "png", false, CurveToPng}, {CurveFormat::Svg, "svg", false, CurveToSvg},
+};
+
+const FormatEntry& Entry(CurveFormat format) {
+    for (const auto& entry : kFormats)
+        if (entry.format == format) return entry;
+    return kFormats[0];
+}
+
+}  // namespace
+
+std::optional<CurveFormat> ParseCurveFormat(std::string_view name) {
+    for (const auto& entry : kFormats)
+        if (entry.name == name) return entry.format;
+    return std::nullopt;
+}
+
+CurveFormat ChooseCurveFormat(const std::string& path, const std::string& explicitFormat) {
+    if (!explicitFormat.empty()) {
+        if (const auto format = ParseCurveFormat(explicitFormat)) return *format;
+        throw ToolError(kExitUsage, "unknown format \"" + explicitFormat + "\" (csv, json, cal, icc, png, svg)");
+    }
+    if (path == "-") return CurveFormat::Csv;
+    std::string extension = std::filesystem::path(path).extension().string();
+    if (!extension.empty()) extension.erase(0, 1);
+    if (const auto format = ParseCurveFormat(extension)) return *format;
+    throw ToolError(kExitUsage, path + ": cannot tell the format from the name; use --format");
+}
+
+void WriteCurve(const Curve& curve, CurveFormat format, const std::string& path) {
+    const FormatEntry& entry = Entry(format);
+    if (path == "-" && !entry.text)
+        throw ToolError(kExitUsage, std::string(entry.name) + " is not written to standard output; name a file");
+    WriteFileAtomically(path, entry.render(curve));
+}
+
+}  // namespace quarnel::tool

@@ -1,0 +1,108 @@
+// SPDX-License-Identifier: MIT
+#include "library_session.h"
+
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+
+#include "atomic_file.h"
+#include "block/block_codec.h"
+#include "quiet_stdout.h"
+#include "sample_panel.h"
+#include "tool_error.h"
+
+namespace quarnel::tool {
+namespace {
+
+// The colour space the gain solver falls back on without factory data
+// (rows red, green, blue, white; columns X, Y, Z). Handing it over valid
+// keeps request 1 from reporting a replaced matrix.
+constexpr double kDefaultIcc[4][3] = {
+    {0.43607, 0.22249, 0.01392}, {0.38515, 0.71687, 0.09708}, {0.14307, 0.06061, 0.7141}, {0.95045, 1.0, 1.08905}};
+
+std::string WriteSampleBlock(bool verbose) {
+    const auto block = EncodeBlock(SamplePanel(), verbose);
+    const auto dir = std::filesystem::temp_directory_path();
+    std::string path = (dir / "quarnel-sample-XXXXXX").string();
+    const int fd = ::mkstemp(path.data());
+    if (fd < 0) throw ToolError(kExitCantCreate, path + ": cannot create the sample panel's block");
+    const bool ok = ::write(fd, block.data(), block.size()) == static_cast<ssize_t>(block.size());
+    ::close(fd);
+    if (!ok) {
+        std::remove(path.c_str());
+        throw ToolError(kExitCantCreate, path + ": cannot write the sample panel's block");
+    }
+    return path;
+}
+
+}  // namespace
+
+LibrarySession::LibrarySession(const CurveOptions& options, bool vetBlock)
+    : ctx_(std::make_unique<CctContext>()), verbose_(options.verbose) {
+    std::memcpy(ctx_->icc, kDefaultIcc, sizeof kDefaultIcc);
+    // The panel's own base LUT is the caller's to give; a plain panel has the identity.
+    const Curve identity = IdentityCurve();
+    for (size_t c = 0; c < 3; ++c) std::memcpy(ctx_->oriLut[c], identity[c].data(), sizeof ctx_->oriLut[c]);
+    ctx_->interval = options.interval;
+    ctx_->lutApiType = options.apiType;
+    ctx_->lutDcModeScale = options.brightness;
+    ctx_->rdLevels = options.readingLevels;
+    ctx_->rdIndex = options.readingIndex;
+    if (options.firmwarePanel) {
+        ctx_->panelIndex = *options.firmwarePanel;
+        sourceName_ = "firmware panel " + std::to_string(*options.firmwarePanel);
+        return;
+    }
+    if (options.calibFile) {
+        // Refused here with the reason, rather than by the library with a status.
+        const auto problem = FindBlockProblem(ReadInputFile(*options.calibFile));
+        if (problem && vetBlock) throw ToolError(kExitData, *options.calibFile + ": " + *problem);
+        sourcePath_ = *options.calibFile;
+        sourceName_ = *options.calibFile;
+    } else {
+        sampleFile_ = WriteSampleBlock(verbose_);
+        sourcePath_ = sampleFile_;
+        sourceName_ = "sample panel";
+    }
+    // The library joins path and file name without a separator.
+    ctx_->enableUserK = 1;
+    ctx_->kalzenPath = "";
+    ctx_->kalzenFilename = sourcePath_.c_str();
+}
+
+LibrarySession::~LibrarySession() {
+    if (!sampleFile_.empty()) std::remove(sampleFile_.c_str());
+}
+
+int32_t LibrarySession::Init() {
+    const int32_t status = Request(CCTAPI_INIT_GAIN);
+    if (status == CCT_ERR_FILE_INVALID) {
+        const auto problem = FindBlockProblem(ReadInputFile(sourcePath_));
+        throw ToolError(kExitData, sourceName_ + ": " + problem.value_or("calibration block failed its checks"));
+    }
+    if (status == CCT_ERR_FILE_NOT_OPENED) throw ToolError(kExitNoInput, sourceName_ + ": cannot read input");
+    return status;
+}
+
+int32_t LibrarySession::Request(uint32_t code) {
+    QuietStdout quiet(verbose_);
+    return CCTAPI(code, ctx_.get());
+}
+
+int32_t LibrarySession::Vx(int32_t mode, const Curve* toneCurve) {
+    uint16_t planes[3][kCurveSize] = {};
+    if (toneCurve != nullptr)
+        for (size_t c = 0; c < 3; ++c) std::memcpy(planes[c], (*toneCurve)[c].data(), sizeof planes[c]);
+    QuietStdout quiet(verbose_);
+    return CCTAPI_VX(mode, ctx_.get(), toneCurve != nullptr ? &planes[0][0] : nullptr);
+}
+
+Curve LibrarySession::OutCurve() const {
+    Curve curve;
+    for (size_t c = 0; c < 3; ++c) std::memcpy(curve[c].data(), ctx_->outLut[c], sizeof ctx_->outLut[c]);
+    return curve;
+}
+
+}  // namespace quarnel::tool

@@ -1,0 +1,77 @@
+// SPDX-License-Identifier: MIT
+#include "mode_curve.h"
+
+#include <algorithm>
+
+#include "library_session.h"
+#include "mode_gains.h"
+#include "mode_run.h"
+#include "tool_error.h"
+
+namespace quarnel::tool {
+namespace {
+
+struct ModeEntry {
+    Mode mode;
+    std::string_view name;
+    int32_t code;  // CCTAPI request, or CCTAPI_VX mode when vx
+    bool vx;
+};
+
+constexpr ModeEntry kModes[] = {
+    {Mode::Slider, "slider", CCTAPI_GET_LUT, false},
+    {Mode::Theater, "theater", CCTAPI_THEATER_MODE, false},
+    {Mode::Vivid, "vivid", CCTAPI_VIVID_MODE, false},
+    {Mode::ReadingStrong, "reading-strong", CCTAPI_READING_MODE_STRONG, false},
+    {Mode::ReadingWeak, "reading-weak", CCTAPI_READING_MODE_WEAK, false},
+    {Mode::ReadingMulti, "reading-multi", CCTAPI_READING_MODE_MULTI, false},
+    {Mode::Native, "native", CCTAPI_NATIVE_MODE, false},
+    {Mode::VxVivid, "vx-vivid", CCTAPI_VX_VIVID_MODE, true},
+    {Mode::VxCurve, "vx-curve", CCTAPI_VX_MODE_FIRST, true},
+};
+
+const ModeEntry& Entry(Mode mode) {
+    return *std::find_if(std::begin(kModes), std::end(kModes), [&](const ModeEntry& e) { return e.mode == mode; });
+}
+
+}  // namespace
+
+std::optional<Mode> ParseMode(std::string_view name) {
+    for (const auto& entry : kModes)
+        if (entry.name == name) return entry.mode;
+    return std::nullopt;
+}
+
+std::string_view ModeName(Mode mode) { return Entry(mode).name; }
+
+std::vector<std::string> ModeNames() {
+    std::vector<std::string> names;
+    for (const auto& entry : kModes) names.emplace_back(entry.name);
+    return names;
+}
+
+ModeCurve RunMode(LibrarySession& session, Mode mode, const CurveOptions& options) {
+    ModeCurve result;
+    const ModeEntry& entry = Entry(mode);
+    if (mode == Mode::VxCurve && !options.toneCurve)
+        throw ToolError(kExitUsage, "vx-curve needs a tone curve (--curve FILE)");
+    if (entry.vx)
+        result.status = session.Vx(entry.code, mode == Mode::VxCurve ? &*options.toneCurve : nullptr);
+    else
+        result.status = session.Request(static_cast<uint32_t>(entry.code));
+    result.curve = session.OutCurve();
+    if (result.status == 0) result.gains = ModeGains(mode, session.context(), result.curve);
+    return result;
+}
+
+ModeCurve ComputeModeCurve(Mode mode, const CurveOptions& options) {
+    if (mode == Mode::VxCurve && !options.toneCurve)
+        throw ToolError(kExitUsage, "vx-curve needs a tone curve (--curve FILE)");
+    LibrarySession session(options);
+    const int32_t initStatus = session.Init();
+    ModeCurve result = RunMode(session, mode, options);
+    result.initStatus = initStatus;
+    return result;
+}
+
+}  // namespace quarnel::tool

@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+// The tool's one failure type: a message for standard error and the
+// sysexits code the process ends with.
+
+#include <stdexcept>
+#include <string>
+
+namespace quarnel::tool {
+
+enum ExitCode : int {
+    kExitOk = 0,
+    kExitUsage = 64,      // EX_USAGE
+    kExitData = 65,       // EX_DATAERR
+    kExitNoInput = 66,    // EX_NOINPUT
+    kExitCantCreate = 73  // EX_CANTCREAT
+};
+
+class ToolError : public std::runtime_error {
+public:
+    ToolError(int exitCode, const std::string& message) : std::runtime_error(message), code_(exitCode) {}
+    int code() const { return code_; }
+
+private:
+    int code_;
+};
+
+}  // namespace quarnel::tool
