@@ -102,6 +102,10 @@ TEST(CalcGain, FailuresFallbacksLociWalksAndFloors) {
         {"green corner walks in",
          [](GainRequest& r) { r.targetMode = kTargetChromaticity, r.targetX = 0.30, r.targetY = 0.60, r.locus = 2; }},
         {"9300 K", [](GainRequest& r) { r.targetCct = 9300; }},
+        {"limiting gain set to 1, not computed",
+         [](GainRequest& r) {
+             r = Daylight(test::Panel({0.66, 0.32, 55}, {0.31, 0.61, 210}, {0.15, 0.06, 20}), 6500);
+         }},
         {"fallback mode 5", [](GainRequest& r) { r.targetCct = 9300, r.targetMode = 5; }},
     };
     std::string text;
@@ -115,7 +119,8 @@ TEST(CalcGain, FailuresFallbacksLociWalksAndFloors) {
         GainSolverState s = test::FreshState();
         CalcGain(s, &r);
         text += Row("==", tc.name, "flags", r.warnFlags, s.flags, r.errorFlags, "applied", dst == Applied(r.gain)) +
-                Row("gain", r.gain[0], r.gain[1], r.gain[2], "max", s.maxGain) +
+                Row("gain", r.gain[0], r.gain[1], r.gain[2], "max", s.maxGain, "at 1",
+                    std::count(r.gain, r.gain + 3, 1.0)) +
                 Row("target", s.targetX, s.targetY, "native", s.point[kWhite].x, s.point[kWhite].y) +
                 Row("cct", s.cct, s.nativeCct, "Y", s.nativeY, s.resultY, s.lumFloor, s.lumChangePct);
     }

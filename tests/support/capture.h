@@ -2,6 +2,9 @@
 #pragma once
 // Captures what the library says on its debugger channel and standard output.
 
+#include <gtest/gtest.h>
+
+#include <cstdio>
 #include <string>
 #include <vector>
 
@@ -12,25 +15,27 @@ namespace quarnel::test {
 // Records every wide debugger message while it lives.
 class DebugCapture final : public platform::DebugChannel {
 public:
-    DebugCapture();
-    void Write(std::wstring_view text) override;
+    void Write(std::wstring_view text) override { messages_.emplace_back(text); }
     const std::vector<std::wstring>& messages() const { return messages_; }
-    std::wstring joined() const;
+    std::wstring joined() const {
+        std::wstring all;
+        for (const auto& m : messages_) all += m;
+        return all;
+    }
 
 private:
     std::vector<std::wstring> messages_;
-    platform::ScopedDebugChannel scope_;
+    platform::ScopedDebugChannel scope_{*this};
 };
-
-void BeginStdoutCapture();
-std::string EndStdoutCapture();
 
 // Runs `fn` and returns what it printed on standard output.
 template <typename Fn>
 std::string CaptureStdout(Fn&& fn) {
-    BeginStdoutCapture();
+    std::fflush(stdout);
+    testing::internal::CaptureStdout();
     fn();
-    return EndStdoutCapture();
+    std::fflush(stdout);
+    return testing::internal::GetCapturedStdout();
 }
 
 }  // namespace quarnel::test
