@@ -4,8 +4,6 @@
 // to run requests on, and the work every request cannot avoid.
 
 #include <benchmark/benchmark.h>
-#include <fcntl.h>
-#include <unistd.h>
 
 #include <cstdio>
 #include <cstring>
@@ -13,30 +11,9 @@
 
 #include "platform/trace_file.h"
 #include "quarnel/cctapi.h"
+#include "quiet_stdout.h"
 
 namespace quarnel::bench {
-
-// Sends standard output to /dev/null while it lives, so that the requests'
-// messages cost what writing them costs and no more.
-class QuietStdout {
-public:
-    QuietStdout() : saved_(dup(STDOUT_FILENO)) {
-        std::fflush(stdout);
-        const int null = open("/dev/null", O_WRONLY);
-        dup2(null, STDOUT_FILENO);
-        close(null);
-    }
-    ~QuietStdout() {
-        std::fflush(stdout);
-        dup2(saved_, STDOUT_FILENO);
-        close(saved_);
-    }
-    QuietStdout(const QuietStdout&) = delete;
-    QuietStdout& operator=(const QuietStdout&) = delete;
-
-private:
-    int saved_;
-};
 
 // A zeroed record with the given lut api type.
 inline std::unique_ptr<CctContext> MakeContext(int32_t lutApiType) {

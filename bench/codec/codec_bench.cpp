@@ -3,8 +3,6 @@
 // alone, and LUT2BIOS / BIOS2LUT end to end (their messages go to /dev/null).
 
 #include <benchmark/benchmark.h>
-#include <fcntl.h>
-#include <unistd.h>
 
 #include <array>
 #include <cmath>
@@ -17,31 +15,13 @@
 #include "codec/position_lists.h"
 #include "core/lut16.h"
 #include "quarnel/cctapi.h"
+#include "quiet_stdout.h"
 
 namespace {
 
 using quarnel::Lut16;
 
-// Sends standard output to /dev/null while it lives.
-class QuietStdout {
-public:
-    QuietStdout() : saved_(dup(STDOUT_FILENO)) {
-        std::fflush(stdout);
-        const int null = open("/dev/null", O_WRONLY);
-        dup2(null, STDOUT_FILENO);
-        close(null);
-    }
-    ~QuietStdout() {
-        std::fflush(stdout);
-        dup2(saved_, STDOUT_FILENO);
-        close(saved_);
-    }
-    QuietStdout(const QuietStdout&) = delete;
-    QuietStdout& operator=(const QuietStdout&) = delete;
-
-private:
-    int saved_;
-};
+using quarnel::bench::QuietStdout;
 
 // A panel-like table: each plane follows level^exponent in whole 8-bit steps.
 Lut16 GammaLut(std::array<double, 3> exponents) {
