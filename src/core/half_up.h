@@ -14,11 +14,17 @@ namespace quarnel {
 inline int TruncToInt(double v) {
     constexpr auto kHigh = static_cast<double>(std::numeric_limits<int>::max());
     constexpr auto kLow = static_cast<double>(std::numeric_limits<int>::min());
-    if (v > kLow && v < kHigh) return static_cast<int>(v);  // the usual case; not a number fails both tests
-    if (std::isnan(v)) return 0;
-    return v > 0.0 ? std::numeric_limits<int>::max() : std::numeric_limits<int>::min();
+    const double limited = v < kLow ? kLow : (v > kHigh ? kHigh : v);
+    return v == v ? static_cast<int>(limited) : 0;  // written without branches, so that loops of it vectorise
 }
 
 inline int HalfUp(double v) { return TruncToInt(v + 0.5); }
 
 }  // namespace quarnel
+
+// std::clamp(HalfUp(v), 0, top) for an index into a table of top + 1
+// entries: not a number reads entry 0.
+inline int HalfUpWithin(double v, int top) {
+    const double r = v + 0.5;
+    return r >= 0.0 ? static_cast<int>(r < top ? r : top) : 0;
+}

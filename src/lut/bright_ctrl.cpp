@@ -29,7 +29,7 @@ double FindThreshold(const uint16_t* lut, double scaleTH, int nIndex) {
 }
 
 // A factor that is not a number or that reaches below the table maps to its first entry.
-int ResampleIndex(int i, double k) { return std::clamp(HalfUp(i * k), 0, kLutLevels - 1); }
+int ResampleIndex(int i, double k) { return HalfUpWithin(i * k, kLutLevels - 1); }
 
 void LiftDimPeak(uint16_t* lut) {
     const double top = std::min({static_cast<double>(lut[LutIndex(2, 255)]), static_cast<double>(lut[LutIndex(1, 255)]),
