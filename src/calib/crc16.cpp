@@ -15,8 +15,9 @@ CrcTable MakeCrcTable(uint16_t& initial) {
 }
 
 uint16_t Crc16(const uint8_t* bytes, std::size_t size) {
-    uint16_t crc = 0;
-    const CrcTable table = MakeCrcTable(crc);
+    uint16_t initial = 0;
+    static const CrcTable table = MakeCrcTable(initial);  // a constant table: built once per process
+    uint16_t crc = kCrcInitial;
     for (std::size_t i = 0; i < size; ++i)
         crc = static_cast<uint16_t>((crc << 8) ^ table[((crc >> 8) ^ bytes[i]) & 0xFFu]);
     return crc;

@@ -11,7 +11,7 @@ namespace {
 
 // half-up of the scaled level, kept inside the plane: an index past either
 // end reads the nearer end instead of memory outside the table.
-int PlaneIndex(double scaled) { return std::clamp(HalfUp(scaled), 0, kLutLevels - 1); }
+int PlaneIndex(double scaled) { return HalfUpWithin(scaled, kLutLevels - 1); }
 
 void ApplyAndRecord(GainSolverState& state, const double gain[3], const uint16_t* src, uint16_t* dst) {
     ApplyGainsToLut(src, gain, dst);

@@ -18,8 +18,6 @@ constexpr double kKnee = 0.4;
 constexpr double kKneeSpan = 0.6;
 constexpr double kMinPeakRatio = 0.55;
 
-using Table = double[kLutLevels][3];
-
 // The first green entry above the search limit, at or after nIndex, moves
 // the threshold up to that level.
 double FindThreshold(const uint16_t* lut, double scaleTH, int nIndex) {
@@ -31,21 +29,18 @@ double FindThreshold(const uint16_t* lut, double scaleTH, int nIndex) {
 }
 
 // A factor that is not a number or that reaches below the table maps to its first entry.
-int ResampleIndex(int i, double k) { return std::clamp(HalfUp(i * k), 0, kLutLevels - 1); }
+int ResampleIndex(int i, double k) { return HalfUpWithin(i * k, kLutLevels - 1); }
 
-void LiftDimPeak(uint16_t* lut, Table& result) {
+void LiftDimPeak(uint16_t* lut) {
     const double top = std::min({static_cast<double>(lut[LutIndex(2, 255)]), static_cast<double>(lut[LutIndex(1, 255)]),
                                  static_cast<double>(lut[LutIndex(0, 255)]), kMax16});
     const double peak = top / kLutFullScale;
     if (!(kMinPeakRatio > peak)) return;
     const double factor = kMinPeakRatio / peak;
-    for (int i = 0; i < kLutLevels; ++i) {
-        for (int c = 0; c < kLutPlanes; ++c) {
-            double v = result[i][c] * factor;
-            if (v > kLutFullScale) v = kLutFullScale;  // leaves 0 x infinity (not a number) as it is
-            result[i][c] = v;
-            lut[LutIndex(c, i)] = static_cast<uint16_t>(TruncToInt(v));
-        }
+    for (int i = 0; i < kLutEntries; ++i) {
+        double v = lut[i] * factor;
+        if (v > kLutFullScale) v = kLutFullScale;  // leaves 0 x infinity (not a number) as it is
+        lut[i] = static_cast<uint16_t>(TruncToInt(v));
     }
 }
 
@@ -58,20 +53,15 @@ int32_t LutBrightCtrl(uint16_t* lut, uint32_t lutApiType, double scale) {
     DebugPrint("scale: %f, Scale TH: %f, nIndex: %d\n", scale, scaleTH, nIndex);
     scaleTH = FindThreshold(lut, scaleTH, nIndex);
 
-    Table source;
-    for (int i = 0; i < kLutLevels; ++i)
-        for (int c = 0; c < kLutPlanes; ++c) source[i][c] = lut[LutIndex(c, i)];
-
+    Lut16 source;
+    std::copy(lut, lut + kLutEntries, source.begin());
     const double k = (std::clamp(scale, 0.0, 1.0) - kKnee) * (1.0 - scaleTH) / kKneeSpan + scaleTH;
-    Table result;
     for (int i = 0; i < kLutLevels; ++i) {
         const int j = ResampleIndex(i, k);
-        for (int c = 0; c < kLutPlanes; ++c) result[i][c] = source[j][c];
+        for (int c = 0; c < kLutPlanes; ++c) lut[LutIndex(c, i)] = source[LutIndex(c, j)];
     }
-    for (int i = 0; i < kLutLevels; ++i)
-        for (int c = 0; c < kLutPlanes; ++c) lut[LutIndex(c, i)] = static_cast<uint16_t>(TruncToInt(result[i][c]));
 
-    if (lutApiType == CCT_LUT_API_QCOM) LiftDimPeak(lut, result);
+    if (lutApiType == CCT_LUT_API_QCOM) LiftDimPeak(lut);
     DebugMessage(L"; VOK: ##Exit  LutBrightCtrl()##\n");
     return 0;
 }

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <vector>
+#include <cstring>
 
 #include "core/half_up.h"
 #include "core/lut16.h"
@@ -18,10 +18,10 @@ namespace {
 struct Triple {
     double v[3];
 };
-using Working = std::vector<Triple>;
+using Working = std::array<Triple, kLutLevels>;
 
 Working LoadWorking(const uint16_t* inLut) {
-    Working w(kLutLevels);
+    Working w;
     for (int i = 0; i < kLutLevels; ++i)
         for (int c = 0; c < kLutPlanes; ++c) w[static_cast<std::size_t>(i)].v[c] = inLut[LutIndex(c, i)];
     return w;
@@ -53,7 +53,7 @@ std::array<SrgbTap, kLutLevels> BuildSrgbTaps() {
 // the unscaled source values.
 Working ResampleThroughSrgb(const Working& w) {
     static const std::array<SrgbTap, kLutLevels> taps = BuildSrgbTaps();
-    Working out(kLutLevels);
+    Working out;
     for (int i = 0; i < kLutLevels; ++i) {
         const SrgbTap& t = taps[static_cast<std::size_t>(i)];
         const Triple& a = w[t.lo];
@@ -70,25 +70,21 @@ void WriteIgcl(const Working& w, double* outIgcl) {
             outIgcl[LutIndex(c, i)] = w[static_cast<std::size_t>(i)].v[c] / kLutFullScale;
 }
 
-// The sRGB decoding ramp at 1024 points: x = j / 1023 rounded to single
-// precision, decoded in double, stored as float.
-std::array<float, kNvPoints> BuildNvPreGamma() {
-    std::array<float, kNvPoints> ramp{};
+// The sRGB decoding ramp at 1024 points, the same for all three channels:
+// x = j / 1023 rounded to single precision, decoded in double, stored as float.
+std::array<float, kNvFloatsPerArray> BuildNvPreGamma() {
+    std::array<float, kNvFloatsPerArray> ramp{};
     for (int j = 0; j < kNvPoints; ++j) {
         const auto x = static_cast<float>(static_cast<double>(static_cast<float>(j)) / 1023);
-        ramp[static_cast<std::size_t>(j)] = static_cast<float>(SrgbDecode(static_cast<double>(x)));
+        const auto y = static_cast<float>(SrgbDecode(static_cast<double>(x)));
+        for (int c = 0; c < 3; ++c) ramp[static_cast<std::size_t>(j * 3 + c)] = y;
     }
     return ramp;
 }
 
-void WriteNvPreGamma(float* pre, float* post) {
-    static const std::array<float, kNvPoints> ramp = BuildNvPreGamma();
-    for (int j = 0; j < kNvPoints; ++j) {
-        for (int c = 0; c < 3; ++c) {
-            pre[j * 3 + c] = ramp[static_cast<std::size_t>(j)];
-            post[j * 3 + c] = 0.0f;
-        }
-    }
+void WriteNvPreGamma(float* pre) {
+    static const std::array<float, kNvFloatsPerArray> ramp = BuildNvPreGamma();
+    std::copy(ramp.begin(), ramp.end(), pre);
 }
 
 // Where point j of the post-gamma array reads the 256-entry table, in single
@@ -128,7 +124,7 @@ void ConvertNvidia(const Working& w, float* outNv) {
     Working p = ResampleThroughSrgb(w);
     for (Triple& t : p)
         for (double& v : t.v) v /= kLutFullScale;
-    WriteNvPreGamma(outNv, outNv + kNvFloatsPerArray);
+    WriteNvPreGamma(outNv);
     WriteNvPostGamma(p, outNv + kNvFloatsPerArray);
 }
 
@@ -162,19 +158,18 @@ int32_t ConvertChecked(int32_t lutApiType, const uint16_t* inLut, uint16_t* outL
     const int32_t status = CheckPointers(inLut, outLut, outIgcl, outNv);
     if (status != CCT_OK) return status;
 
-    const Working w = LoadWorking(inLut);
     switch (lutApiType) {
         case CCT_LUT_API_IGCL:
-            WriteIgcl(w, outIgcl);
+            WriteIgcl(LoadWorking(inLut), outIgcl);
             break;
         case CCT_LUT_API_NVIDIA:
-            ConvertNvidia(w, outNv);
+            ConvertNvidia(LoadWorking(inLut), outNv);
             break;
         case CCT_LUT_API_SRGB:
-            WriteLut16(ResampleThroughSrgb(w), outLut);
+            WriteLut16(ResampleThroughSrgb(LoadWorking(inLut)), outLut);
             break;
-        default:
-            WriteLut16(w, outLut);
+        default:  // whole 16-bit entries round to themselves: the table goes out as it stands
+            std::memmove(outLut, inLut, kLutEntries * sizeof(uint16_t));
             break;
     }
     return CCT_OK;

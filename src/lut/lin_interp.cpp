@@ -17,16 +17,18 @@ constexpr double kSixteenth = 0.0625;
 void InterpolateSegment(int s, int e, const Lut8& in, Lut8& out) {
     out[s] = in[s];
     out[e] = in[e];
-    for (int x = s + 1; x < e; ++x)
-        for (int c = 0; c < kLutPlanes; ++c)
-            out[x][c] = HalfUp((static_cast<double>(in[e][c]) - in[s][c]) / (e - s) * (x - s) + in[s][c]);
+    for (int c = 0; c < kLutPlanes; ++c) {
+        const double slope = (static_cast<double>(in[e][c]) - in[s][c]) / (e - s);
+        for (int x = s + 1; x < e; ++x) out[x][c] = HalfUp(slope * (x - s) + in[s][c]);
+    }
 }
 
 // The first sixteen entries always follow the grid of 16, whatever the step.
 void ReinterpolateFirstSixteen(const Lut8& in, Lut8& out) {
-    for (int k = 1; k < kDefaultStep; ++k)
-        for (int c = 0; c < kLutPlanes; ++c)
-            out[k][c] = HalfUp(k * ((static_cast<double>(in[kDefaultStep][c]) - in[0][c]) * kSixteenth) + in[0][c]);
+    for (int c = 0; c < kLutPlanes; ++c) {
+        const double slope = (static_cast<double>(in[kDefaultStep][c]) - in[0][c]) * kSixteenth;
+        for (int k = 1; k < kDefaultStep; ++k) out[k][c] = HalfUp(k * slope + in[0][c]);
+    }
 }
 
 }  // namespace
