@@ -6,8 +6,6 @@
 #include <memory>
 #include <vector>
 
-#include "lut/default_lut.h"
-#include "lut/regamma.h"
 #include "platform/trace_file.h"
 #include "quarnel/cctapi.h"
 #include "support/capture.h"
@@ -76,33 +74,6 @@ TEST(Dispatcher, VersionSelfTestAndUnknownCodes) {
     EXPECT_EQ(CCTAPI(8, nullptr), CCT_ERR_REQUEST);
 }
 
-TEST(Dispatcher, NativeModeWritesTheDefaultLutOfEveryType) {
-    for (int32_t type : {0, 1, 2, 3, 4, 5, 6, -1}) {
-        auto viaDefault = FilledContext();
-        viaDefault->lutApiType = type;
-        ExpectPrologueRamps(*viaDefault);
-        viaDefault->cctWarning = 0;
-        int32_t expectedStatus = 0;
-        test::CaptureStdout([&] {
-            expectedStatus = GetDefaultLut(type, &viaDefault->outLut[0][0], &viaDefault->outIgcl[0][0],
-                                           &viaDefault->outNvPreGamma[0][0]);
-        });
-        for (uint32_t code : {8u, 0x88u, 0x48u}) {
-            auto ctx = FilledContext();
-            ctx->lutApiType = type;
-            test::DebugCapture debug;
-            int32_t status = 0;
-            const std::string printed = test::CaptureStdout([&] { status = CCTAPI(code, ctx.get()); });
-            EXPECT_EQ(status, expectedStatus) << type;
-            EXPECT_TRUE(SameBytes(*ctx, *viaDefault)) << type << " code " << code;
-            EXPECT_NE(printed.find("GetDefaultLut  result = " + std::to_string(expectedStatus) + "\n"),
-                      std::string::npos);
-            EXPECT_EQ(debug.messages().front() + debug.messages()[1] + debug.messages().back(),
-                      L"; VOK: Enter CCTAPI()\n; VOK: Enter CCTAPI_NATIVE_MODE\n; VOK: Exit  CCTAPI()\n");
-        }
-    }
-}
-
 TEST(Dispatcher, TraceFileIsNeverCreatedAndHoldsOnlyTheLastCall) {
     test::TempDir dir;
     const auto path = dir / "CctTrace.txt";
@@ -116,16 +87,6 @@ TEST(Dispatcher, TraceFileIsNeverCreatedAndHoldsOnlyTheLastCall) {
     EXPECT_EQ(test::ReadFile(path).rfind("==========================================\nCCTAPI_NATIVE_MODE ", 0), 0u);
     Call(1000, ctx.get());
     EXPECT_EQ(test::ReadFile(path), "");
-}
-
-TEST(RegammaCurve, FollowsTheSinglePrecisionPowerLaw) {
-    const Lut16& curve = RegammaCurve();
-    const struct {
-        int level;
-        uint16_t value;
-    } cases[] = {{0, 0}, {1, 93}, {64, 12742}, {128, 28908}, {254, 64977}, {255, 65280}};
-    for (const auto& tc : cases)
-        for (int c = 0; c < 3; ++c) EXPECT_EQ(curve[LutIndex(c, tc.level)], tc.value) << tc.level;
 }
 
 }  // namespace

@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <memory>
 
+#include "calib/fake_acpi_device.h"
+#include "calib/fake_display_system.h"
 #include "lut/sample_luts.h"
 #include "quarnel/cctapi.h"
 #include "support/capture.h"
@@ -23,12 +26,6 @@ std::unique_ptr<CctContext> Ready() {
 }
 
 bool Same(const void* a, const void* b, std::size_t n) { return std::memcmp(a, b, n) == 0; }
-
-TEST(VxModes, Mode26IsTheVividMode) {
-    auto a = Ready(), b = Ready();
-    test::CaptureStdout([&] { EXPECT_EQ(CCTAPI_VX(3, a.get(), nullptr) + CCTAPI_VX(26, b.get(), nullptr), 0); });
-    EXPECT_TRUE(Same(a.get(), b.get(), sizeof *a));
-}
 
 TEST(VxModes, UnknownModesAndMissingCurvesTouchNothing) {
     const Lut16 identity = test::IdentityLut();
@@ -61,16 +58,20 @@ TEST(ReadingMulti, RdIndexIsTheMixingPositionAndResetsWhenOutside) {
     }
 }
 
-TEST(GetLut, GainFlagSolvesTheNormalGainsFromTheBiosTable) {
-    const double srgb[4][3] = {
-        {41.24, 21.26, 1.93}, {35.76, 71.52, 11.92}, {18.05, 7.22, 95.05}, {95.05, 100.0, 108.9}};
-    for (uint32_t code : {2u, 0x42u, 0xC2u}) {
-        auto ctx = Ready();
-        std::memcpy(ctx->bios, srgb, sizeof srgb);
-        const std::string printed = test::CaptureStdout([&] { EXPECT_EQ(CCTAPI(code, ctx.get()), 0); });
-        const bool solved = (code & 0x40) != 0;
-        EXPECT_EQ(printed.find("; VOK: DEF Gain E(0) W(") != std::string::npos, solved);
-        EXPECT_EQ(Same(ctx->gainNormal, Ready()->gainNormal, sizeof ctx->gainNormal), !solved);
+// An unusable icc table gives way to the default even when the panel index is refused.
+TEST(InitGain, UnusableIccIsReplacedEvenWhenThePanelIndexIsRejected) {
+    static constexpr double kDefaultIcc[12] = {0.43607, 0.22249, 0.01392, 0.38515, 0.71687, 0.09708,
+                                               0.14307, 0.06061, 0.7141,  0.95045, 1.0,     1.08905};
+    test::FakeDisplaySystem displays;
+    platform::ScopedDisplaySystem scope{displays};
+    test::FakeAcpiDevice firmware;  // never answers: no factory data
+    for (int32_t panel : {2, -1, 0}) {
+        auto ctx = std::make_unique<CctContext>();
+        ctx->panelIndex = panel;
+        ctx->icc[1][2] = -0.1;
+        test::CaptureStdout([&] { EXPECT_EQ(CCTAPI(1, ctx.get()), panel == 0 ? -2 : -5); });
+        EXPECT_TRUE(std::equal(kDefaultIcc, kDefaultIcc + 12, &ctx->icc[0][0])) << panel;
+        EXPECT_EQ(ctx->gainNormal[0] + ctx->gainNormal[1] + ctx->gainNormal[2], panel == 0 ? 3.0 : 0.0) << panel;
     }
 }
 

@@ -130,26 +130,6 @@ TEST_F(CalibrationSource, EveryFileAndFirmwareOutcome) {
     test::ExpectGolden("calibration_source.txt", text);
 }
 
-TEST_F(CalibrationSource, GetBiosDataHandsOutByte297) {
-    const BlockFields v6{.version = 6, .useMethod = 0x21};
-    const std::tuple<int32_t, BlockFields, const char*, uint8_t> cases[] = {
-        // enableUserK, file, its name, byte; 0 and 2 read the firmware
-        {1, v6, "panel.bin", 0x21}, {1, {.byte297 = 0x5A}, "panel.bin", 0x5A},
-        {0, v6, "panel.bin", 0x42}, {2, v6, "panel.bin", 0x42},
-        {1, v6, nullptr, 0},
-    };
-    FakeAcpiDevice device;
-    device.replies.assign(std::size(cases), FakeAcpiDevice::Block(1, test::WriteBlock({.byte297 = 0x42})));
-    for (const auto& [userK, file, name, byte] : cases) {
-        WriteBlock(file);
-        ctx_.enableUserK = userK, ctx_.kalzenFilename = name;
-        BiosData data;
-        uint8_t flag = 0xEE;
-        test::CaptureStdout([&] { EXPECT_EQ(GetBIOS_Data(data, flag, ctx_), 0); });
-        EXPECT_EQ(flag, byte) << userK << name;
-    }
-}
-
 TEST(CCTLoadBIOSDeathTest, ANullPathEndsTheProcessQuietly) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     EXPECT_EXIT(CCTLoadBIOS(nullptr), ::testing::ExitedWithCode(0), "");

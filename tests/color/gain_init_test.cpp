@@ -4,14 +4,12 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <tuple>
 #include <utility>
 
 #include "color/apply_gains.h"
 #include "color/check_gain.h"
 #include "color/reading_targets.h"
 #include "color/slider.h"
-#include "color/theater.h"
 #include "core/lut16.h"
 
 namespace quarnel {
@@ -52,42 +50,22 @@ TEST(CheckGain, RaisesLowGainsToTheMinimumOutput) {
     }
 }
 
-// The base LUTs told apart: oriLut is the identity, gammaLut half of it.
-CctContext GainContext(int32_t fromBios, int32_t gammaK) {
+// The slider's ends are inclusive; past them it falls back to the normal gains.
+TEST(BuildSliderLut, EndsAtHalfAndOneAndAHalf) {
+    const double normal[3] = {0.9, 0.8, 1.0}, warm[3] = {1.0, 0.7, 0.45}, cold[3] = {0.6, 0.9, 1.0};
     CctContext ctx{};
     FillIdentity(&ctx.oriLut[0][0]);
-    for (int i = 0; i < kLutEntries; ++i) (&ctx.gammaLut[0][0])[i] = static_cast<uint16_t>((&ctx.oriLut[0][0])[i] / 2);
-    ctx.fromBios = fromBios;
-    ctx.gammaK = gammaK;
-    return ctx;
-}
-
-TEST(BuildSliderLut, BlendsTheNormalGainsTowardTheWarmOrColdEnd) {
-    const double normal[3] = {0.9, 0.8, 1.0}, warm[3] = {1.0, 0.7, 0.45}, cold[3] = {0.6, 0.9, 1.0},
-                 unit[3] = {1.0, 1.0, 1.0} /* oriLut as it stands */, halfWarm[3] = {0.95, 0.75, 0.725};
-    // interval, fromBios, gammaK, and the gains the base LUT is expected to get
-    const std::tuple<double, int32_t, int32_t, const double*> cases[] = {
-        {0.4, 1, 0, normal}, {1.6, 1, 0, normal},    {1.0, 1, 1, normal}, {0.5, 1, 0, warm},
-        {1.5, 1, 1, cold},   {0.75, 0, 1, halfWarm}, {0.4, 0, 1, unit},
-    };
-    for (const auto& [interval, fromBios, gammaK, gain] : cases) {
-        CctContext ctx = GainContext(fromBios, gammaK);
-        std::copy_n(normal, 3, ctx.gainNormal);
-        std::copy_n(warm, 3, ctx.gainWarm);
-        std::copy_n(cold, 3, ctx.gainCold);
+    ctx.fromBios = 1;
+    std::copy_n(normal, 3, ctx.gainNormal);
+    std::copy_n(warm, 3, ctx.gainWarm);
+    std::copy_n(cold, 3, ctx.gainCold);
+    for (const auto& [interval, gain] : {std::pair{0.49, normal}, {0.5, warm}, {1.5, cold}, {1.51, normal}}) {
         ctx.interval = interval;
         EXPECT_EQ(BuildSliderLut(ctx), 0);
         Lut16 expected;
-        ApplyGainsToLut(fromBios && gammaK ? &ctx.gammaLut[0][0] : &ctx.oriLut[0][0], gain, expected.data());
+        ApplyGainsToLut(&ctx.oriLut[0][0], gain, expected.data());
         EXPECT_TRUE(std::equal(expected.begin(), expected.end(), &ctx.outLut[0][0])) << interval;
     }
-}
-
-TEST(BuildTheaterLut, BoostsByFivePercentAndSaturatesFrom243) {
-    CctContext ctx = GainContext(1, 1);  // a zero bios table: the solve falls back to unit gains
-    EXPECT_EQ(BuildTheaterLut(ctx), 0);
-    for (int c = 0; c < kLutPlanes; ++c)  // 242 reads entry 254, every input from 243 on entry 255
-        for (int i = 242; i < kLutLevels; ++i) EXPECT_EQ(ctx.outLut[c][i], ctx.gammaLut[c][std::min(i + 12, 255)]) << i;
 }
 
 }  // namespace

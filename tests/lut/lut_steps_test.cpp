@@ -7,7 +7,6 @@
 #include "lut/compose.h"
 #include "lut/improve.h"
 #include "lut/sample_luts.h"
-#include "lut/vivid.h"
 #include "support/capture.h"
 
 namespace quarnel {
@@ -32,57 +31,12 @@ std::string Improve(const CctContext& ctx, Lut16& lut, StepByteFetch fetch) {
     return test::CaptureStdout([&] { EXPECT_EQ(LutImprove(ctx, lut.data(), fetch), 0); });
 }
 
-TEST(LutImprove, SmoothsTheDarkEndIntoARampThatMeetsEntry64) {
-    const struct {
-        int at64;
-        std::vector<int> head;  // entries 0..20; none: smoothing fails and the LUT stays as it was
-    } cases[] = {{70, {0, 2, 3, 4, 6, 7, 8, 10, 11, 12, 13, 15, 16, 17, 19, 20, 21, 23, 24, 25, 26}},
-                 {58, {0, 0, 1, 2, 2, 3, 4, 4, 5, 6, 7, 7, 8, 9, 9, 10, 11, 11, 12, 13, 14}},
-                 {64, {}}};
-    for (const auto& tc : cases) {
-        Lut16 lut = Widen(Ramp8(tc.at64), 255);  // entry 255 at 65535
-        const bool failed = Improve(CctContext{}, lut, nullptr).ends_with("; VOK: LutSmooth8Bit() failed!!!\n");
-        EXPECT_EQ(failed, tc.head.empty());
-        for (int i = 0; i < 256; ++i) {
-            int want = i * 256 + 255;  // as it was
-            if (!tc.head.empty()) want = 256 * (i > 64 ? i : (i > 20 ? tc.head[20] + i - 20 : tc.head[i]));
-            for (int c = 0; c < 3; ++c) ASSERT_EQ(lut[LutIndex(c, i)], want) << tc.at64 << " entry " << i;
-        }
-    }
-}
-
-TEST(LutSmooth8Bit, FailsOrKeepsAChannelWithoutAUsablePoint) {
-    Lut8 far = Ramp8(70), shallow = Ramp8(64), out{};
-    for (int i = 1; i <= 64; ++i) far[i][1] = i + 13;  // green strays everywhere
-    for (int i = 26; i <= 64; ++i) shallow[i] = {i + 20, i + 20, i + 20};
-    shallow[25] = {30, 30, 30};  // close only at entry 25
-    const std::string printed = test::CaptureStdout([&] {
-        EXPECT_EQ(LutSmooth8Bit(far, out), 2);
-        EXPECT_EQ(LutSmooth8Bit(shallow, out), 0);
-    });
-    EXPECT_EQ(out, shallow);
-    EXPECT_TRUE(
-        printed.ends_with("smoothLv = 25\nscatterLv = 20\ndiff = 5\nlut type: 1\n"
-                          "smoothLv < SMOOTH_LEVEL_MIN(30), no change lut!!!\n"));
-}
-
 // A ramp with a bump at 16 and a drop at the top tells the grids apart.
 Lut8 Bumpy() {
     Lut8 t = Ramp8(64);
     t[16] = {100, 100, 100};
     t[255] = {129, 129, 129};
     return t;
-}
-
-TEST(LutLinInterp8Bit, InterpolatesBetweenEveryStepthEntry) {
-    const int cases[][3] = {{16, 8, 50},  {16, 24, 66},   {16, 248, 181}, {0, 24, 66},    {200, 24, 66},
-                            {32, 8, 50},  {32, 16, 16},   {32, 24, 24},   {64, 8, 50},    {64, 16, 16},
-                            {64, 64, 64}, {64, 160, 160}, {64, 224, 160}, {64, 254, 130}, {64, 255, 129}};
-    for (const auto& [step, entry, want] : cases) {
-        Lut8 out = Bumpy();
-        EXPECT_EQ(LutLinInterp8Bit(step, Bumpy(), out), 0);
-        for (int c = 0; c < 3; ++c) EXPECT_EQ(out[entry][c], want) << step << " entry " << entry;
-    }
 }
 
 std::vector<int32_t> gScript;
@@ -136,13 +90,6 @@ TEST(ApplyGainClamped, HalfUpIndexHeldInsideThePlane) {
         ApplyGainClamped(gain, kPanel.data(), out.data());
         for (int c = 0; c < 3; ++c) EXPECT_EQ(out[LutIndex(c, int(level))], kPanel[LutIndex(c, int(index))]) << g;
     }
-}
-
-TEST(VividCurve, IdentityBelow50ThenLifted) {
-    const Lut16 curve = BuildVividCurve();
-    const int levels[][2] = {{0, 0}, {49, 49}, {50, 50}, {100, 108}, {150, 166}, {200, 217}, {255, 255}};
-    for (const auto& [level, value] : levels)
-        for (int c = 0; c < 3; ++c) EXPECT_EQ(curve[LutIndex(c, level)], value * 256) << level;
 }
 
 }  // namespace
