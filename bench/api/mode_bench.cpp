@@ -106,15 +106,37 @@ void BM_Request1(benchmark::State& state) {
     for (auto _ : state) benchmark::DoNotOptimize(CCTAPI(CCTAPI_INIT_GAIN, ctx.get()));
 }
 
+// Request 1's lines, formatted from the block and the statuses each time.
+void PrintInitLines(const char* path, const uint8_t (&block)[512]) {
+    std::printf("CCTLoadBIOS = %s \n", path);
+    std::printf("path = %s \n", path);
+    std::printf("this->BiosDataStatus  = %d  \n", 0);
+    std::printf("ReadResult  = %d \n", 0);
+    for (int i = 0; i < 4; ++i) std::printf("[%c]", block[i]);
+    std::printf("\n");
+    std::printf("Parsing version = %d\n", block[4]);
+    std::printf("Use Method = %d   bios size = %d\n", 1, 4);
+    std::printf("CCTAPI_ERRORCODE = %d\n", 0);
+    const struct {
+        const char* name;
+        int warnings;
+    } gains[] = {{"DEF", 36}, {"Warm", 0}, {"Cold", 0}, {"RdW", 0}, {"RdS", 0}};
+    for (const auto& gain : gains) std::printf("; VOK: %s Gain E(%d) W(%d)\n", gain.name, 0, gain.warnings);
+    std::printf("CCT_Init  result = %d\n", 0);
+}
+
 void BM_Request1Floor(benchmark::State& state) {
     auto ctx = InitialisedContext(0);
-    const std::string lines = PrintedBy([&] { CCTAPI(CCTAPI_INIT_GAIN, ctx.get()); });
+    uint8_t block[512];
+    ReadBlock(block);
+    const char* path = Panel().path.c_str();
+    if (PrintedBy([&] { CCTAPI(CCTAPI_INIT_GAIN, ctx.get()); }) != PrintedBy([&] { PrintInitLines(path, block); }))
+        return state.SkipWithError("the floor prints other lines than request 1");
     if (!TraceFileAbsent(state)) return;
     QuietStdout quiet;
-    uint8_t block[512];
     for (auto _ : state) {
         ReadBlock(block);
-        std::fputs(lines.c_str(), stdout);
+        PrintInitLines(path, block);
         benchmark::ClobberMemory();
     }
 }
@@ -131,19 +153,44 @@ void BM_Request(benchmark::State& state) {
     }
 }
 
+// A LUT request's lines, formatted from the same values each time: the
+// request (negative: VX mode), the lut api type, the block's interpolation
+// step and the record's scale.
+void PrintLutLines(int32_t request, int32_t type, int step, double scale) {
+    constexpr double kMaxGain = 1.0;  // reading multi at these gains
+    const bool qcom = type == CCT_LUT_API_QCOM;
+    if (request == CCTAPI_READING_MODE_STRONG) std::printf("%s", "Reading mode strong:\n");
+    if (request == CCTAPI_READING_MODE_MULTI) std::printf("GetReadingModeMultiLUT  outGain = %f\n", kMaxGain);
+    if (request < 0) std::printf("; VOK: GetVxModeLut()\n");
+    std::printf("GetBIOS_Data path = %s \n", Panel().path.c_str());
+    std::printf("; VOK: Get bios[%d]: %d\n ", 297, step);
+    if (request == CCTAPI_READING_MODE_MULTI) {
+        std::printf("cct->lutDcModeScale = %f\n", scale);
+        if (qcom) std::printf("QCOM cct->lutDcModeScale modify as : %f\n", scale);
+    }
+    std::printf("scale: %f, Scale TH: %f, nIndex: %d\n", scale, qcom ? 0.8 : 0.1, qcom ? 204 : 26);
+    if (type == CCT_LUT_API_NVIDIA) std::printf("Run convert power lut with api type: %d\n", 1);
+    if (request == -21) std::printf("CCTAPI_VX (lut after LutConvert())\n");
+}
+
 void BM_RequestFloor(benchmark::State& state) {
-    const auto init = InitialisedContext(static_cast<int32_t>(state.range(1)));
+    const auto request = static_cast<int32_t>(state.range(0));
+    const auto type = static_cast<int32_t>(state.range(1));
+    const auto init = InitialisedContext(type);
     auto ctx = std::make_unique<CctContext>(*init);
-    const std::string lines = PrintedBy([&] { Run(static_cast<int32_t>(state.range(0)), ctx.get()); });
+    const std::string lines = PrintedBy([&] { Run(request, ctx.get()); });
     const auto result = std::make_unique<CctContext>(*ctx);
+    uint8_t block[512];
+    ReadBlock(block);
+    if (lines != PrintedBy([&] { PrintLutLines(request, type, block[297], ctx->lutDcModeScale); }))
+        return state.SkipWithError("the floor prints other lines than the request");
     if (!TraceFileAbsent(state)) return;
     QuietStdout quiet;
-    uint8_t block[512];
     for (auto _ : state) {
         CopyOutputs(*result, *ctx);
         ProbeTraceFile();
         ReadBlock(block);  // a version-7 panel's LUT takes its interpolation step from the block
-        std::fputs(lines.c_str(), stdout);
+        PrintLutLines(request, type, block[297], ctx->lutDcModeScale);
         benchmark::ClobberMemory();
     }
 }

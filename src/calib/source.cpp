@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "calib/block_parser.h"
 #include "calib/edid.h"
@@ -32,17 +33,31 @@ bool CanOpen(const std::string& path) {
     return true;
 }
 
+// The block a successful probe of the user file has already read, so that
+// the one open serves the probe, the record and the read.
+using ProbedBlock = std::optional<std::vector<uint8_t>>;
+
 // A fresh, cleared block: a short file or a failed firmware read then
 // leaves zeros behind, never stale bytes.
 void FreshBlock(BiosData& data) { data.raw.assign(kBlockSize, 0); }
 
-bool ReadFile(BiosData& data, const std::optional<std::string>& path) {
-    if (!path) return false;
-    std::FILE* file = std::fopen(path->c_str(), "rb");
+// Reads the file into the cleared block `raw`; false when it does not open.
+bool ReadBlockFile(const std::string& path, std::vector<uint8_t>& raw) {
+    std::FILE* file = std::fopen(path.c_str(), "rb");
     if (file == nullptr) return false;
-    const std::size_t ignored = std::fread(data.raw.data(), 1, data.raw.size(), file);
+    const std::size_t ignored = std::fread(raw.data(), 1, raw.size(), file);
     static_cast<void>(ignored);  // a short file is read as far as it goes
     std::fclose(file);
+    return true;
+}
+
+bool ReadFile(BiosData& data, const std::optional<std::string>& path, ProbedBlock& probed) {
+    if (probed) {
+        data.raw.swap(*probed);
+        probed.reset();
+    } else if (!path || !ReadBlockFile(*path, data.raw)) {
+        return false;
+    }
     data.length = kBlockSize;
     return true;
 }
@@ -69,11 +84,11 @@ void CollectEdidBlocks(BiosData& data) {
     DebugMessage(L"VOK: End GetEdidData()\n");
 }
 
-void ReadUserFile(BiosData& data, const char* kalzenPath, const char* kalzenFilename) {
+void ReadUserFile(BiosData& data, const char* kalzenPath, const char* kalzenFilename, ProbedBlock& probed) {
     data.path = KalzenPath(kalzenPath, kalzenFilename);
     DebugPrint("path = %s \n", data.path ? data.path->c_str() : "");
     data.cursor = 0;
-    if (ReadFile(data, data.path)) {
+    if (ReadFile(data, data.path, probed)) {
         data.BiosDataStatus = kBiosOk;
     } else {
         CctapiErrorCode() = CCT_ERR_FILE_NOT_OPENED;
@@ -100,57 +115,41 @@ void CheckBlock(BiosData& data, int32_t enableUserK) {
     if (data.version >= 5 && !CheckToneCrc(data)) Reject(data, kBiosToneCrcError, enableUserK);
 }
 
-std::unique_ptr<BiosData> ProbeUserFile(const char* kalzenPath, const char* kalzenFilename) {
+// The record for a path that is known to open (or not).
+std::unique_ptr<BiosData> LoadedBios(const char* path, bool opens) {
+    DebugPrint("CCTLoadBIOS = %s \n", path);
+    auto data = std::make_unique<BiosData>();
+    if (opens) data->path = path;
+    return data;
+}
+
+// A file that opens is read here once; `probed` then holds its block.
+std::unique_ptr<BiosData> ProbeUserFile(const char* kalzenPath, const char* kalzenFilename, ProbedBlock& probed) {
     const std::optional<std::string> path = KalzenPath(kalzenPath, kalzenFilename);
     if (!path) {
         DebugMessage(L"VOK: Kalzen Path catch\n");
         CctapiErrorCode() = CCT_ERR_FILE_NOT_OPENED;
         return std::make_unique<BiosData>();
     }
-    if (!CanOpen(*path)) {
+    std::vector<uint8_t> block(kBlockSize, 0);
+    if (!ReadBlockFile(*path, block)) {
         CctapiErrorCode() = CCT_ERR_FILE_NOT_OPENED;
         DebugMessage(L"VOK: Kalzen Path -3\n");
         return std::make_unique<BiosData>();
     }
-    auto data = CCTLoadBIOS(path->c_str());
+    probed = std::move(block);
+    auto data = LoadedBios(path->c_str(), true);
     DebugMessage(L"VOK: Kalzen Path OK\n");
     return data;
 }
 
-}  // namespace
-
-std::unique_ptr<BiosData> CCTLoadBIOS(const char* path) {
-    if (path == nullptr) {
-        DebugPrint("BIOS Raw file is not valid.\n");
-        std::exit(0);  // a record without a path is not worth going on for
-    }
-    DebugPrint("CCTLoadBIOS = %s \n", path);
-    auto data = std::make_unique<BiosData>();
-    if (CanOpen(path)) data->path = path;
-    return data;
-}
-
-std::unique_ptr<BiosData> Open(int32_t enableUserK, const char* kalzenPath, const char* kalzenFilename,
-                               int32_t panelIndex) {
-    DebugMessage(L"VOK: Enter Open()\n");
-    std::unique_ptr<BiosData> data =
-        enableUserK == kUserFile ? ProbeUserFile(kalzenPath, kalzenFilename) : std::make_unique<BiosData>();
-    if (GetData(*data, enableUserK, kalzenPath, kalzenFilename, panelIndex) == kReadAgain &&
-        GetData(*data, enableUserK, kalzenPath, kalzenFilename, panelIndex) == kReadAgain)
-        return nullptr;
-    if (data->BiosDataStatus != kBiosOk) return nullptr;
-    DebugMessage(L"VOK: Exit Open()\n");
-    return data;
-}
-
-// Any non-zero enableUserK reads the file here, where Open probes it only for 1.
-int32_t GetData(BiosData& data, int32_t enableUserK, const char* kalzenPath, const char* kalzenFilename,
-                int32_t panelIndex) {
+int32_t ReadAndCheck(BiosData& data, int32_t enableUserK, const char* kalzenPath, const char* kalzenFilename,
+                     int32_t panelIndex, ProbedBlock& probed) {
     DebugMessage(L"VOK: Enter GetData()\n");
     FreshBlock(data);
     CollectEdidBlocks(data);
     if (enableUserK != 0) {
-        ReadUserFile(data, kalzenPath, kalzenFilename);
+        ReadUserFile(data, kalzenPath, kalzenFilename, probed);
     } else {
         ReadFirmware(data, panelIndex);
     }
@@ -161,6 +160,37 @@ int32_t GetData(BiosData& data, int32_t enableUserK, const char* kalzenPath, con
     return 0;
 }
 
+}  // namespace
+
+std::unique_ptr<BiosData> CCTLoadBIOS(const char* path) {
+    if (path == nullptr) {
+        DebugPrint("BIOS Raw file is not valid.\n");
+        std::exit(0);  // a record without a path is not worth going on for
+    }
+    return LoadedBios(path, CanOpen(path));
+}
+
+std::unique_ptr<BiosData> Open(int32_t enableUserK, const char* kalzenPath, const char* kalzenFilename,
+                               int32_t panelIndex) {
+    DebugMessage(L"VOK: Enter Open()\n");
+    ProbedBlock probed;
+    std::unique_ptr<BiosData> data =
+        enableUserK == kUserFile ? ProbeUserFile(kalzenPath, kalzenFilename, probed) : std::make_unique<BiosData>();
+    if (ReadAndCheck(*data, enableUserK, kalzenPath, kalzenFilename, panelIndex, probed) == kReadAgain &&
+        ReadAndCheck(*data, enableUserK, kalzenPath, kalzenFilename, panelIndex, probed) == kReadAgain)
+        return nullptr;
+    if (data->BiosDataStatus != kBiosOk) return nullptr;
+    DebugMessage(L"VOK: Exit Open()\n");
+    return data;
+}
+
+// Any non-zero enableUserK reads the file here, where Open probes it only for 1.
+int32_t GetData(BiosData& data, int32_t enableUserK, const char* kalzenPath, const char* kalzenFilename,
+                int32_t panelIndex) {
+    ProbedBlock none;
+    return ReadAndCheck(data, enableUserK, kalzenPath, kalzenFilename, panelIndex, none);
+}
+
 int32_t GetBIOS_Data(BiosData& data, uint8_t& flag297, const CctContext& ctx) {
     FreshBlock(data);
     if (ctx.enableUserK != kUserFile) {
@@ -169,7 +199,8 @@ int32_t GetBIOS_Data(BiosData& data, uint8_t& flag297, const CctContext& ctx) {
         const std::optional<std::string> path = KalzenPath(ctx.kalzenPath, ctx.kalzenFilename);
         DebugPrint("GetBIOS_Data path = %s \n", path ? path->c_str() : "");
         data.cursor = 0;
-        ReadFile(data, path);
+        ProbedBlock none;
+        ReadFile(data, path, none);
     }
     flag297 = data.raw[kFlagByte];
     return 0;

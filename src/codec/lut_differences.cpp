@@ -17,18 +17,19 @@ std::optional<Differences> MakeDifferences(const uint16_t* lut) {
     return d;
 }
 
+// Each plane is summed without stopping early, so the loop stays branch-free;
+// the 64-bit sum cannot overflow over 256 int differences.
 std::optional<Lut16> SumDifferences(const Differences& d) {
     Lut16 lut{};
     for (int c = 0; c < kLutPlanes; ++c) {
-        int value = 0;
-        int entry = 0;
-        for (int i = 0; i < kLutLevels; ++i) {
-            value = i == 0 ? 0 : value + d[LutIndex(c, i)];
-            entry = value * kLutStep;
-            if (entry < 0 || entry > UINT16_MAX) return std::nullopt;
-            lut[LutIndex(c, i)] = static_cast<uint16_t>(entry);
+        int64_t value = 0;
+        bool inRange = true;
+        for (int i = 1; i < kLutLevels; ++i) {
+            value += d[LutIndex(c, i)];
+            inRange &= value >= 0 && value <= kTopLevel;
+            lut[LutIndex(c, i)] = static_cast<uint16_t>(value * kLutStep);
         }
-        if (entry != kFullScale) return std::nullopt;
+        if (!inRange || value * kLutStep != kFullScale) return std::nullopt;
     }
     return lut;
 }
