@@ -12,18 +12,8 @@
 namespace quarnel {
 namespace {
 
-// The white that flag 0x40 solves the normal gains for.
-constexpr double kDefaultWhiteX = 0.314;
-constexpr double kDefaultWhiteY = 0.351;
-
 void RecomputeNormalGains(CctContext& ctx) {
-    GainRequest request;
-    for (int row = 0; row < 4; ++row)
-        for (int col = 0; col < 3; ++col) request.primaryXyz[row][col] = ctx.bios[row][col];
-    request.targetMode = kTargetChromaticity;
-    request.targetX = kDefaultWhiteX;
-    request.targetY = kDefaultWhiteY;
-    request.locus = kLocusOffsetDaylight;
+    GainRequest request = ChromaticityRequest(ctx.bios, kFixedTargetX, kFixedTargetY);
     GainSolverState state;
     state.gamma = kSolverGamma;
     CalcGain(state, &request);

@@ -227,4 +227,15 @@ void CalcGain(GainSolverState& state, GainRequest* request) {
     request->warnFlags |= state.flags;
 }
 
+GainRequest ChromaticityRequest(const double (&rows)[4][3], double x, double y) {
+    GainRequest r;
+    std::copy_n(&rows[0][0], 4 * 3, &r.primaryXyz[0][0]);
+    r.targetMode = kTargetChromaticity;
+    r.targetX = x;
+    r.targetY = y;
+    r.locus = kLocusOffsetDaylight;
+    r.lumMode = kFloorNone;
+    return r;
+}
+
 }  // namespace quarnel

@@ -13,4 +13,8 @@ namespace quarnel {
 // gains 1, 1, 1 and the reason in warnFlags. A null request sets flags to 1.
 void CalcGain(GainSolverState& state, GainRequest* request);
 
+// A request for the white (x, y) on the measurement rows (red, green, blue,
+// white; X, Y, Z): offset daylight locus, no luminance floor, no LUT.
+GainRequest ChromaticityRequest(const double (&rows)[4][3], double x, double y);
+
 }  // namespace quarnel

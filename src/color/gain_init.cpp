@@ -19,7 +19,7 @@ namespace {
 constexpr int32_t kTargetsVersion = 4;
 constexpr double kOldDefaultWhite = 0.304670011;
 constexpr int32_t kToneVersion = 5;
-constexpr Xy kFixedTarget{0.314, 0.351};
+constexpr Xy kFixedTarget{kFixedTargetX, kFixedTargetY};
 constexpr int32_t kSliderSpanKelvin = 1000;
 constexpr int kColumnY = 1;
 

@@ -50,6 +50,10 @@ inline constexpr int kGreen = 1;
 inline constexpr int kBlue = 2;
 inline constexpr int kWhite = 3;
 
+// The white that the fixed-target initialisation and the normal-gain re-solve aim at.
+inline constexpr double kFixedTargetX = 0.314;
+inline constexpr double kFixedTargetY = 0.351;
+
 // The gamma every solve and blend runs with.
 inline constexpr double kSolverGamma = 2.2;
 

@@ -29,14 +29,7 @@ int ClampedIndex(double scaled) {
 }  // namespace
 
 int32_t BuildTheaterLut(CctContext& ctx) {
-    GainRequest r;
-    const double(*rows)[3] = ctx.fromBios != 0 ? ctx.bios : ctx.icc;
-    std::copy_n(&rows[0][0], 4 * 3, &r.primaryXyz[0][0]);
-    r.targetMode = kTargetChromaticity;
-    r.targetX = kTheaterWhiteX;
-    r.targetY = kTheaterWhiteY;
-    r.locus = kLocusOffsetDaylight;
-    r.lumMode = kFloorNone;
+    GainRequest r = ChromaticityRequest(ctx.fromBios != 0 ? ctx.bios : ctx.icc, kTheaterWhiteX, kTheaterWhiteY);
     GainSolverState state;
     state.gamma = kSolverGamma;
     CalcGain(state, &r);
