@@ -10,10 +10,11 @@ namespace quarnel::tool {
 
 enum ExitCode : int {
     kExitOk = 0,
-    kExitUsage = 64,      // EX_USAGE
-    kExitData = 65,       // EX_DATAERR
-    kExitNoInput = 66,    // EX_NOINPUT
-    kExitCantCreate = 73  // EX_CANTCREAT
+    kExitUsage = 64,        // EX_USAGE
+    kExitData = 65,         // EX_DATAERR
+    kExitNoInput = 66,      // EX_NOINPUT
+    kExitUnavailable = 69,  // EX_UNAVAILABLE: no display, no RandR, no such output, or no X11 support
+    kExitCantCreate = 73    // EX_CANTCREAT
 };
 
 class ToolError : public std::runtime_error {

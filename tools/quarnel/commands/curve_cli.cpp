@@ -2,11 +2,14 @@
 #include "commands/curve_cli.h"
 
 #include <filesystem>
+#include <iostream>
 #include <map>
 
 #include "atomic_file.h"
 #include "formats/text_formats.h"
+#include "mode_run.h"
 #include "quarnel/cctapi.h"
+#include "tool_error.h"
 
 namespace quarnel::tool {
 namespace {
@@ -48,6 +51,21 @@ CurveOptions ResolveCurveOptions(const CurveCli& cli, const GlobalOptions& globa
         options.toneCurve = json ? CurveFromJson(text, cli.curveFile) : CurveFromCsv(text, cli.curveFile);
     }
     return options;
+}
+
+void AddModeArguments(CLI::App& command, std::string& mode, CurveCli& cli) {
+    command.add_option("MODE", mode, "Colour mode")->required()->check(CLI::IsMember(ModeNames()));
+    AddCurveOptions(command, cli);
+    command.add_option("--curve", cli.curveFile, "Tone curve for vx-curve (CSV or JSON)");
+}
+
+Curve ComputeCurveOrFail(const std::string& modeName, const CurveCli& cli, const GlobalOptions& global) {
+    const ModeCurve result = ComputeModeCurve(*ParseMode(modeName), ResolveCurveOptions(cli, global));
+    if (result.initStatus != 0) std::cerr << "quarnel: initialisation answered status " << result.initStatus << '\n';
+    if (result.status != 0)
+        throw ToolError(kExitData, modeName + ": the library could not build the curve (status " +
+                                       std::to_string(result.status) + ")");
+    return result.curve;
 }
 
 }  // namespace quarnel::tool

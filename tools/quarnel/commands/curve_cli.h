@@ -24,4 +24,12 @@ void AddCurveOptions(CLI::App& command, CurveCli& cli);
 // The options as the library takes them; reads --curve when given.
 CurveOptions ResolveCurveOptions(const CurveCli& cli, const GlobalOptions& global);
 
+// MODE and the curve options, --curve included: the arguments of every
+// command that computes one mode's curve.
+void AddModeArguments(CLI::App& command, std::string& mode, CurveCli& cli);
+
+// MODE's curve as the library builds it for these options. A request that
+// fails is bad input data; a failed initialisation is only reported.
+Curve ComputeCurveOrFail(const std::string& modeName, const CurveCli& cli, const GlobalOptions& global);
+
 }  // namespace quarnel::tool

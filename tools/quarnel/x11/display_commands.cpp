@@ -1,22 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "x11/display_commands.h"
 
-#include <iostream>
 #include <memory>
 #include <string>
 
 #include "commands/curve_cli.h"
 #include "formats/write_curve.h"
-#include "mode_run.h"
 #include "tool_error.h"
 #include "x11/gamma_ramp.h"
 
 namespace quarnel::tool {
 namespace {
-
-// EX_UNAVAILABLE: no display, no RandR, no such output, or a build without
-// libXrandr.
-constexpr int kExitNoDisplay = 69;
 
 struct ApplyCli {
     CurveCli curve;
@@ -31,7 +25,7 @@ struct ShowCli {
 };
 
 void Check(const x11::GammaStatus& status) {
-    if (!status.ok()) throw ToolError(kExitNoDisplay, status.cause);
+    if (!status.ok()) throw ToolError(kExitUnavailable, status.cause);
 }
 
 void AddTargetOptions(CLI::App& command, x11::GammaTarget& target) {
@@ -40,12 +34,7 @@ void AddTargetOptions(CLI::App& command, x11::GammaTarget& target) {
 }
 
 void Apply(const ApplyCli& cli, const GlobalOptions& global) {
-    const ModeCurve result = ComputeModeCurve(*ParseMode(cli.mode), ResolveCurveOptions(cli.curve, global));
-    if (result.initStatus != 0) std::cerr << "quarnel: initialisation answered status " << result.initStatus << '\n';
-    if (result.status != 0)
-        throw ToolError(kExitData, cli.mode + ": the library could not build the curve (status " +
-                                       std::to_string(result.status) + ")");
-    Check(x11::LoadGammaCurve(cli.target, result.curve));
+    Check(x11::LoadGammaCurve(cli.target, ComputeCurveOrFail(cli.mode, cli.curve, global)));
 }
 
 void Show(const ShowCli& cli) {
@@ -58,9 +47,7 @@ void Show(const ShowCli& cli) {
 void AddApplyCommand(CLI::App& app, const GlobalOptions& global) {
     auto cli = std::make_shared<ApplyCli>();
     auto* command = app.add_subcommand("apply", "Load one mode's curve as the gamma ramp of an X11 display");
-    command->add_option("MODE", cli->mode, "Colour mode")->required()->check(CLI::IsMember(ModeNames()));
-    AddCurveOptions(*command, cli->curve);
-    command->add_option("--curve", cli->curve.curveFile, "Tone curve for vx-curve (CSV or JSON)");
+    AddModeArguments(*command, cli->mode, cli->curve);
     AddTargetOptions(*command, cli->target);
     command->footer(
         "The curve is the one `quarnel lut` writes for the same options. It goes to every CRTC that drives\n"
