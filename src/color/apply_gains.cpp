@@ -2,6 +2,7 @@
 #include "color/apply_gains.h"
 
 #include <algorithm>
+#include <functional>
 
 #include "core/half_up.h"
 #include "core/lut16.h"
@@ -9,9 +10,11 @@
 namespace quarnel {
 namespace {
 
-// half-up of the scaled level, kept inside the plane: an index past either
-// end reads the nearer end instead of memory outside the table.
-int PlaneIndex(double scaled) { return HalfUpWithin(scaled, kLutLevels - 1); }
+// Whether writing dst could change entries of src still to be read.
+bool Overlaps(const uint16_t* src, const uint16_t* dst) {
+    const std::less<const uint16_t*> before;
+    return before(src, dst + kLutEntries) && before(dst, src + kLutEntries);
+}
 
 void ApplyAndRecord(GainSolverState& state, const double gain[3], const uint16_t* src, uint16_t* dst) {
     ApplyGainsToLut(src, gain, dst);
@@ -21,10 +24,19 @@ void ApplyAndRecord(GainSolverState& state, const double gain[3], const uint16_t
 }  // namespace
 
 void ApplyGainsToLut(const uint16_t* src, const double gain[3], uint16_t* dst) {
-    Lut16 base;  // a copy, so that src and dst may be the same table
-    std::copy(src, src + kLutEntries, base.begin());
-    for (int c = 0; c < kLutPlanes; ++c)
-        for (int i = 0; i < kLutLevels; ++i) dst[LutIndex(c, i)] = base[LutIndex(c, PlaneIndex(i * gain[c]))];
+    Lut16 base;  // a copy only when src and dst share memory
+    const uint16_t* from = src;
+    if (Overlaps(src, dst)) {
+        std::copy(src, src + kLutEntries, base.begin());
+        from = base.data();
+    }
+    for (int c = 0; c < kLutPlanes; ++c) {
+        const uint16_t* plane = from + LutIndex(c, 0);
+        uint16_t* out = dst + LutIndex(c, 0);
+        // half-up of the scaled level, kept inside the plane: an index past
+        // either end reads the nearer end instead of memory outside the table.
+        for (int i = 0; i < kLutLevels; ++i) out[i] = plane[HalfUpWithin(i * gain[c], kLutLevels - 1)];
+    }
 }
 
 void BlendGains(GainSolverState& state, double t, const double a[3], const double b[3], const uint16_t* src,

@@ -87,12 +87,13 @@ void WriteNvPreGamma(float* pre) {
     std::copy(ramp.begin(), ramp.end(), pre);
 }
 
-// Where point j of the post-gamma array reads the 256-entry table, in single
-// precision: the two neighbouring entries and the fraction between them.
+// Where point j of the post-gamma array reads the level-major table of
+// normalised values, in single precision: the offsets of the two neighbouring
+// entries and the fraction between them.
 struct NvTap {
-    std::size_t lo;
-    std::size_t hi;
-    float f;
+    uint32_t lo;
+    uint32_t hi;
+    double f;
 };
 
 std::array<NvTap, kNvPoints> BuildNvTaps() {
@@ -103,29 +104,32 @@ std::array<NvTap, kNvPoints> BuildNvTaps() {
         const float hi = std::ceil(q);
         float d = hi - lo;
         if (d == 0.0f) d = 1.0f;
-        taps[static_cast<std::size_t>(j)] = {static_cast<std::size_t>(lo), static_cast<std::size_t>(hi), (q - lo) / d};
+        taps[static_cast<std::size_t>(j)] = {static_cast<uint32_t>(lo) * kLutPlanes,
+                                             static_cast<uint32_t>(hi) * kLutPlanes, static_cast<double>((q - lo) / d)};
     }
     return taps;
 }
 
-void WriteNvPostGamma(const Working& normalised, float* post) {
+using Normalised = std::array<double, kLutEntries>;  // level-major: level * 3 + channel
+
+void WriteNvPostGamma(const Normalised& n, float* post) {
     static const std::array<NvTap, kNvPoints> taps = BuildNvTaps();
-    for (int j = 0; j < kNvPoints; ++j) {
-        const NvTap& t = taps[static_cast<std::size_t>(j)];
-        const Triple& a = normalised[t.lo];
-        const Triple& b = normalised[t.hi];
-        for (int c = 0; c < 3; ++c)
-            post[j * 3 + c] = static_cast<float>(a.v[c] + (b.v[c] - a.v[c]) * static_cast<double>(t.f));
+    for (const NvTap& t : taps) {
+        const double* a = n.data() + t.lo;
+        const double* b = n.data() + t.hi;
+        for (int c = 0; c < 3; ++c) post[c] = static_cast<float>(a[c] + (b[c] - a[c]) * t.f);
+        post += 3;
     }
 }
 
 void ConvertNvidia(const Working& w, float* outNv) {
     DebugPrint("Run convert power lut with api type: %d\n", 1);
-    Working p = ResampleThroughSrgb(w);
-    for (Triple& t : p)
-        for (double& v : t.v) v /= kLutFullScale;
+    const Working p = ResampleThroughSrgb(w);
+    Normalised n;
+    for (std::size_t i = 0; i < p.size(); ++i)
+        for (std::size_t c = 0; c < 3; ++c) n[i * 3 + c] = p[i].v[c] / kLutFullScale;
     WriteNvPreGamma(outNv);
-    WriteNvPostGamma(p, outNv + kNvFloatsPerArray);
+    WriteNvPostGamma(n, outNv + kNvFloatsPerArray);
 }
 
 void WriteLut16(const Working& w, uint16_t* outLut) {

@@ -66,7 +66,7 @@ bool Smooth(const Lut8& in, Lut8& out) {
 int32_t LutImprove(const CctContext& ctx, uint16_t* lut, StepByteFetch fetch) {
     DebugMessage(L"; VOK: ##Enter LutImprove()##\n");
     const Lut8 in = ReduceTo8Bit(lut);
-    Lut8 out = in;
+    Lut8 out;  // both steps fill every entry before it is read
     const bool improved = ctx.biosVer == kVersionWithStep ? Interpolate(ctx, fetch, in, out) : Smooth(in, out);
     if (improved) WriteBack(out, lut);
     return 0;
