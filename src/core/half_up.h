@@ -20,11 +20,11 @@ inline int TruncToInt(double v) {
 
 inline int HalfUp(double v) { return TruncToInt(v + 0.5); }
 
-}  // namespace quarnel
-
 // std::clamp(HalfUp(v), 0, top) for an index into a table of top + 1
 // entries: not a number reads entry 0.
 inline int HalfUpWithin(double v, int top) {
     const double r = v + 0.5;
     return r >= 0.0 ? static_cast<int>(r < top ? r : top) : 0;
 }
+
+}  // namespace quarnel
