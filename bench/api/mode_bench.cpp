@@ -12,26 +12,13 @@
 
 #include "api_bench.h"
 #include "calib/block_writer.h"
+#include "fake_platform.h"
 #include "platform/acpi_device.h"
-#include "platform/display_system.h"
 
 namespace quarnel::bench {
 namespace {
 
-// No displays, as on a machine whose monitors report no identification.
-class NoDisplays final : public platform::DisplaySystem {
-public:
-    bool EnumDisplayDevice(const wchar_t*, uint32_t, platform::DisplayDevice&) override { return false; }
-    platform::DeviceList OpenMonitorList() override { return 0; }
-    bool EnumDevice(platform::DeviceList, uint32_t) override { return false; }
-    platform::RegistryKey OpenDeviceKey(platform::DeviceList) override { return 0; }
-    void DestroyList(platform::DeviceList) override {}
-    uint32_t EnumValue(platform::RegistryKey, uint32_t, wchar_t*, uint32_t&, uint8_t*, uint32_t&) override {
-        return platform::kErrorNoMoreItems;
-    }
-    void CloseKey(platform::RegistryKey) override {}
-    uint32_t LastError() override { return platform::kErrorNoMoreItems; }
-};
+using fuzz::NoDisplays;  // no monitors: the benchmarks measure the block, not the machine
 
 // A version-7 panel (factory gamma string, interpolation step 32) in a file.
 struct PanelFile {
