@@ -9,9 +9,7 @@
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
-#include <fstream>
 #include <iostream>
-#include <sstream>
 
 #include "tool_error.h"
 
@@ -54,15 +52,6 @@ void WriteFileAtomically(const std::string& path, std::string_view bytes) {
         std::remove(temp.c_str());
         CannotCreate(path, failure);
     }
-}
-
-std::string ReadInputFile(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    if (!in || std::filesystem::is_directory(path))
-        throw ToolError(kExitNoInput, path + ": cannot read input: " + std::strerror(errno ? errno : ENOENT));
-    std::ostringstream bytes;
-    bytes << in.rdbuf();
-    return bytes.str();
 }
 
 }  // namespace quarnel::tool

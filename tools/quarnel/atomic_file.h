@@ -12,7 +12,4 @@ namespace quarnel::tool {
 // behind then. Path "-" writes to standard output.
 void WriteFileAtomically(const std::string& path, std::string_view bytes);
 
-// Reads a whole input file; throws ToolError (66) naming it when it cannot.
-std::string ReadInputFile(const std::string& path);
-
 }  // namespace quarnel::tool

@@ -3,12 +3,13 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
 
-#include "atomic_file.h"
 #include "block/block_codec.h"
+#include "input_file.h"
 #include "quiet_stdout.h"
 #include "sample_panel.h"
 #include "tool_error.h"
@@ -37,6 +38,14 @@ std::string WriteSampleBlock(bool verbose) {
     return path;
 }
 
+// Reads the block with its bound; a file of any other size is refused here.
+std::optional<std::string> BlockFileProblem(const std::string& path, bool verbose) {
+    const std::string bytes = ReadBlockFile(path);
+    Block block{};
+    std::copy(bytes.begin(), bytes.end(), block.begin());
+    return FindBlockProblem(DecodeBlock(block, verbose));
+}
+
 }  // namespace
 
 LibrarySession::LibrarySession(const CurveOptions& options, bool vetBlock)
@@ -57,7 +66,7 @@ LibrarySession::LibrarySession(const CurveOptions& options, bool vetBlock)
     }
     if (options.calibFile) {
         // Refused here with the reason, rather than by the library with a status.
-        const auto problem = FindBlockProblem(ReadInputFile(*options.calibFile));
+        const auto problem = BlockFileProblem(*options.calibFile, verbose_);
         if (problem && vetBlock) throw ToolError(kExitData, *options.calibFile + ": " + *problem);
         sourcePath_ = *options.calibFile;
         sourceName_ = *options.calibFile;
@@ -79,7 +88,7 @@ LibrarySession::~LibrarySession() {
 int32_t LibrarySession::Init() {
     const int32_t status = Request(CCTAPI_INIT_GAIN);
     if (status == CCT_ERR_FILE_INVALID) {
-        const auto problem = FindBlockProblem(ReadInputFile(sourcePath_));
+        const auto problem = BlockFileProblem(sourcePath_, verbose_);
         throw ToolError(kExitData, sourceName_ + ": " + problem.value_or("calibration block failed its checks"));
     }
     if (status == CCT_ERR_FILE_NOT_OPENED) throw ToolError(kExitNoInput, sourceName_ + ": cannot read input");

@@ -8,7 +8,7 @@ namespace {
 
 // A 300-nit notebook panel with a slightly blue native white (rows red,
 // green, blue, white; CIE XYZ at full drive).
-constexpr std::array<Xyz, 4> kPrimaries{
+constexpr std::array<std::array<double, 3>, 4> kPrimaries{
     {{124.8, 64.35, 5.85}, {101.5, 203.0, 33.84}, {51.25, 20.5, 269.95}, {276.9, 287.3, 309.6}}};
 // Drive levels of the five grey measurements, and each channel's response.
 constexpr std::array<double, 5> kToneDrive{42, 86, 128, 168, 210};
@@ -35,16 +35,17 @@ BlockDescription SamplePanel() {
     BlockDescription d;
     d.version = 7;
     d.subVersion = 1;
-    d.primaries = kPrimaries;
-    d.firstWhite = {0.3127, 0.329};
-    d.targetLuminance = 270.0;
-    d.defaultWhite = {0.3127, 0.329};
+    for (size_t r = 0; r < kPrimaries.size(); ++r)
+        for (size_t k = 0; k < 3; ++k) d.primaries[r][k] = static_cast<float>(kPrimaries[r][k]);
+    d.firstWhite = {0.3127f, 0.329f};
+    d.targetLuminance = 270.0f;
+    d.defaultWhite = {0.3127f, 0.329f};
     for (size_t c = 0; c < 3; ++c)
         for (size_t level = 0; level < kToneDrive.size(); ++level)
             for (size_t k = 0; k < 3; ++k)
-                d.toneLevels[c][level][k] =
-                    Round4(kPrimaries[c][k] * std::pow(kToneDrive[level] / 255.0, kChannelGamma[c]));
-    d.black = {0.21, 0.22, 0.31};
+                d.toneLevels[c][level][k] = static_cast<float>(
+                    Round4(kPrimaries[c][k] * std::pow(kToneDrive[level] / 255.0, kChannelGamma[c])));
+    d.black = {0.21f, 0.22f, 0.31f};
     d.stepByte = kInterpolationStep;
     d.gammaLut = GammaCorrection();
     return d;

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // quarnel block inspect / build: a calibration block field by field.
 
+#include <algorithm>
 #include <cstdio>
-#include <cstring>
 #include <iostream>
 #include <memory>
 
@@ -10,6 +10,8 @@
 #include "block/block_codec.h"
 #include "block/block_json.h"
 #include "commands/commands.h"
+#include "hex.h"
+#include "input_file.h"
 #include "library_session.h"
 #include "sample_panel.h"
 #include "tool_error.h"
@@ -22,19 +24,9 @@ using Json = nlohmann::ordered_json;
 // The block status the library's reader arrives at: 0 good, 1 header CRC,
 // 5 tone CRC, 6 bad magic or a string past the block's end.
 int BlockStatus(const DecodedBlock& block) {
-    if (!block.magicOk || !block.stringFits) return 6;
+    if (!block.magicOk || !block.stringFits) return 6;  // what the library calls a parse failure
     if (block.toneCrc && !block.toneCrc->ok()) return 5;
     return block.headerCrc.ok() ? 0 : 1;
-}
-
-std::string Hex(const std::vector<uint8_t>& bytes) {
-    std::string text;
-    char pair[3];
-    for (uint8_t b : bytes) {
-        std::snprintf(pair, sizeof pair, "%02x", b);
-        text += pair;
-    }
-    return text;
 }
 
 Json Crc(const CrcCheck& crc) { return Json{{"stored", crc.stored}, {"computed", crc.computed}, {"ok", crc.ok()}}; }
@@ -58,12 +50,14 @@ Json Report(const DecodedBlock& block, const LibraryVerdict& library) {
     Json json = DescriptionToJson(block.description);
     json["header_crc"] = Crc(block.headerCrc);
     if (block.toneCrc) json["tone_crc"] = Crc(*block.toneCrc);
-    if (block.description.version >= 6)
-        json["gamma_string"] = {{"method", block.useMethod},
-                                {"size", block.lutString.size()},
-                                {"hex", Hex(block.lutString)},
-                                {"decode_status", block.gammaStatus.value_or(-1)}};
+    if (block.string)
+        json["lut_string"] = {{"method", block.string->method},
+                              {"size", block.string->bytes.front()},
+                              {"hex", ToHex(block.string->bytes)},
+                              {"decode_status", block.gammaStatus}};
     json["block_status"] = BlockStatus(block);
+    const auto problem = FindBlockProblem(block);
+    json["problem"] = problem ? Json(*problem) : Json(nullptr);
     json["library"] = {{"init_status", library.status},
                        {"calibration_version", library.calibrationVersion},
                        {"factory_data", library.factoryData}};
@@ -73,7 +67,7 @@ Json Report(const DecodedBlock& block, const LibraryVerdict& library) {
 // Each key on one line; short arrays stay on it, long ones are summarised.
 void PrintText(const Json& json, const std::string& indent = "") {
     for (const auto& [key, value] : json.items()) {
-        std::string shown = value.dump();
+        std::string shown = value.is_null() ? "none" : value.dump();
         if (value.is_object() && key != "gamma_lut") {
             std::cout << indent << key << ":\n";
             PrintText(value, indent + "  ");
@@ -96,15 +90,13 @@ void PrintText(const Json& json, const std::string& indent = "") {
 }
 
 void Inspect(const std::string& path, bool json, bool verbose) {
-    const std::string bytes = ReadInputFile(path);
-    const auto problem = FindBlockProblem(bytes);
-    if (bytes.size() < kBlockSize) throw ToolError(kExitData, path + ": " + *problem);
+    const std::string bytes = ReadBlockFile(path);
     Block block{};
-    std::memcpy(block.data(), bytes.data(), kBlockSize);
+    std::copy(bytes.begin(), bytes.end(), block.begin());
     const DecodedBlock decoded = DecodeBlock(block, verbose);
     const Json report = Report(decoded, AskLibrary(path, verbose));
     json ? void(std::cout << report.dump(2) << '\n') : PrintText(report);
-    if (problem) throw ToolError(kExitData, path + ": " + *problem);
+    if (const auto problem = FindBlockProblem(decoded)) throw ToolError(kExitData, path + ": " + *problem);
 }
 
 void Build(const std::string& descriptionFile, const std::string& output, bool verbose) {

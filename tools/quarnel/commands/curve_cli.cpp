@@ -1,12 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "commands/curve_cli.h"
 
+#include <charconv>
+#include <cmath>
 #include <filesystem>
 #include <iostream>
 #include <map>
+#include <optional>
+#include <sstream>
 
-#include "atomic_file.h"
 #include "formats/text_formats.h"
+#include "input_file.h"
 #include "mode_run.h"
 #include "quarnel/cctapi.h"
 #include "tool_error.h"
@@ -19,6 +23,48 @@ const std::map<std::string, int> kApiTypes{
     {"qcom", CCT_LUT_API_QCOM},   {"igcl", CCT_LUT_API_IGCL}, {"plain5", CCT_LUT_API_PLAIN_ALT},
 };
 
+// Documented ranges of the numeric options.
+constexpr double kIntervalWarmest = 0.5, kIntervalColdest = 1.5;
+constexpr double kBrightnessLeast = 0.0, kBrightnessFull = 1.0;
+constexpr double kFewestReadingLevels = 1.0;
+
+// The option's text as a finite number, or nothing: "", "nan", "inf" and
+// trailing characters are all refused.
+std::optional<double> FiniteNumber(const std::string& text) {
+    double v = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), v);
+    if (text.empty() || error != std::errc() || end != text.data() + text.size() || !std::isfinite(v))
+        return std::nullopt;
+    return v;
+}
+
+std::string Shown(double v) {
+    std::ostringstream text;
+    text << v;
+    return text.str();
+}
+
+CLI::Validator FiniteRange(double low, double high) {
+    const std::string range = "a number from " + Shown(low) + " to " + Shown(high);
+    return CLI::Validator(
+        [=](const std::string& text) {
+            const auto v = FiniteNumber(text);
+            return v && *v >= low && *v <= high ? std::string() : "expected " + range + ", found \"" + text + "\"";
+        },
+        "NUMBER in [" + Shown(low) + " - " + Shown(high) + "]");
+}
+
+CLI::Validator WholeNumberFrom(double low) {
+    return CLI::Validator(
+        [=](const std::string& text) {
+            const auto v = FiniteNumber(text);
+            return v && *v >= low && std::floor(*v) == *v
+                       ? std::string()
+                       : "expected a whole number of at least " + Shown(low) + ", found \"" + text + "\"";
+        },
+        "WHOLE NUMBER >= " + Shown(low));
+}
+
 }  // namespace
 
 void AddCurveOptions(CLI::App& command, CurveCli& cli) {
@@ -30,17 +76,27 @@ void AddCurveOptions(CLI::App& command, CurveCli& cli) {
         ->check(CLI::IsMember({"plain", "srgb", "nvidia", "qcom", "igcl", "plain5"}))
         ->capture_default_str();
     command.add_option("--interval", cli.options.interval, "Slider: 0.5 warm, 1.0 normal, 1.5 cold")
+        ->check(FiniteRange(kIntervalWarmest, kIntervalColdest))
         ->capture_default_str();
-    command.add_option("--brightness", cli.options.brightness, "Brightness scale, 1.0 leaves the curve")
+    command.add_option("--brightness", cli.options.brightness, "Brightness scale from 0 to 1, 1.0 leaves the curve")
+        ->check(FiniteRange(kBrightnessLeast, kBrightnessFull))
         ->capture_default_str();
-    auto* levels = command.add_option("--reading-levels", cli.options.readingLevels, "Reading levels offered");
-    auto* index = command.add_option("--reading-index", cli.options.readingIndex, "Reading level chosen");
+    auto* levels = command.add_option("--reading-levels", cli.options.readingLevels, "Reading levels offered")
+                       ->check(WholeNumberFrom(kFewestReadingLevels));
+    auto* index =
+        command
+            .add_option("--reading-index", cli.options.readingIndex, "Reading level chosen, 0 to the levels less one")
+            ->check(WholeNumberFrom(0));
     levels->needs(index);
     index->needs(levels);
 }
 
 CurveOptions ResolveCurveOptions(const CurveCli& cli, const GlobalOptions& global) {
     CurveOptions options = cli.options;
+    if (options.readingIndex >= options.readingLevels)
+        throw ToolError(kExitUsage, "--reading-index: expected a whole number from 0 to " +
+                                        Shown(options.readingLevels - 1) + " (below --reading-levels), found " +
+                                        Shown(options.readingIndex));
     if (!cli.calib.empty()) options.calibFile = cli.calib;
     if (cli.firmwareOption != nullptr && cli.firmwareOption->count() > 0) options.firmwarePanel = cli.firmware;
     options.apiType = kApiTypes.at(cli.api);

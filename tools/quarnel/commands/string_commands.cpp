@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 // quarnel string encode / decode: the gamma LUT string of a block.
 
-#include <cctype>
 #include <filesystem>
 #include <iostream>
 #include <memory>
@@ -10,43 +9,30 @@
 #include "commands/commands.h"
 #include "formats/text_formats.h"
 #include "formats/write_curve.h"
+#include "hex.h"
+#include "input_file.h"
 #include "lut_string.h"
 #include "tool_error.h"
 
 namespace quarnel::tool {
 namespace {
 
-std::vector<uint8_t> ParseHex(const std::string& hex) {
-    const auto bad = [&](const std::string& why) { return ToolError(kExitData, "string " + hex + ": " + why); };
-    if (hex.empty() || hex.size() % 2 != 0 || hex.size() > 2 * 255) throw bad("expected 1 to 255 bytes in hex");
-    std::vector<uint8_t> bytes;
-    for (size_t i = 0; i < hex.size(); i += 2) {
-        if (!std::isxdigit(static_cast<unsigned char>(hex[i])) ||
-            !std::isxdigit(static_cast<unsigned char>(hex[i + 1])))
-            throw bad("malformed hex");
-        bytes.push_back(static_cast<uint8_t>(std::stoi(hex.substr(i, 2), nullptr, 16)));
-    }
-    if (bytes[0] > bytes.size()) throw bad("shorter than its length byte says");
-    return bytes;
-}
-
 void Encode(const std::string& file, bool verbose) {
     const std::string text = ReadInputFile(file);
     const bool json = std::filesystem::path(file).extension() == ".json";
-    const auto string = EncodeLutString(json ? CurveFromJson(text, file) : CurveFromCsv(text, file), verbose);
-    if (!string)
-        throw ToolError(kExitData, file +
-                                       ": cannot be stored as a LUT string (each plane must start at 0, end at "
-                                       "65280 and rise in 8-bit steps of 0 to 7)");
-    std::string hex;
-    for (uint8_t b : string->bytes) hex += "0123456789abcdef"[b >> 4], hex += "0123456789abcdef"[b & 15];
-    std::cout << "method " << string->method << '\n' << hex << '\n';
+    LutString string;
+    try {
+        string = EncodeLutStringChecked(json ? CurveFromJson(text, file) : CurveFromCsv(text, file), verbose);
+    } catch (const ToolError& e) {
+        throw ToolError(e.code(), file + ": " + e.what());
+    }
+    std::cout << "method " << string.method << '\n' << ToHex(string.bytes) << '\n';
 }
 
 void Decode(const std::string& hex, int method, const std::string& output, const std::string& format, bool verbose) {
     const CurveFormat chosen = output == "-" && format.empty() ? CurveFormat::Csv : ChooseCurveFormat(output, format);
     Curve curve{};
-    if (DecodeLutString(ParseHex(hex), method, curve, verbose) != 0)
+    if (DecodeLutString(ParseLutStringHex(hex), method, curve, verbose) != 0)
         throw ToolError(kExitData,
                         "string " + hex + ": does not decode to a LUT with method " + std::to_string(method));
     WriteCurve(curve, chosen, output);

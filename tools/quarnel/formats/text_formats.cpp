@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "formats/text_formats.h"
 
+#include <algorithm>
+#include <charconv>
 #include <cstdio>
 #include <nlohmann/json.hpp>
 #include <sstream>
+#include <string_view>
 
 #include "tool_error.h"
 
@@ -13,16 +16,28 @@ namespace {
 constexpr const char* kPlaneNames[3] = {"red", "green", "blue"};
 constexpr double kSixteenBitScale = 65535.0;
 constexpr double kInputScale = kCurveSize - 1;
+constexpr uint32_t kLargestEntry = 65535;
 
 [[noreturn]] void BadData(const std::string& source, const std::string& what) {
     throw ToolError(kExitData, source + ": " + what);
 }
 
-// Parses "index,red,green,blue"; false when the line is not four integers.
-bool ParseRow(const std::string& line, long (&fields)[4]) {
-    char tail = 0;
-    return std::sscanf(line.c_str(), " %ld , %ld , %ld , %ld %c", &fields[0], &fields[1], &fields[2], &fields[3],
-                       &tail) == 4;
+// Parses "index,red,green,blue" into four integers 0..65535 (blanks around
+// each allowed); false when the line is anything else.
+bool ParseRow(const std::string& line, uint32_t (&fields)[4]) {
+    std::string_view rest(line);
+    for (size_t i = 0; i < 4; ++i) {
+        const size_t comma = i < 3 ? rest.find(',') : rest.size();
+        if (comma == std::string_view::npos) return false;
+        std::string_view field = rest.substr(0, comma);
+        const size_t first = field.find_first_not_of(" \t"), last = field.find_last_not_of(" \t\r");
+        if (first == std::string_view::npos) return false;
+        field = field.substr(first, last + 1 - first);
+        const auto [end, error] = std::from_chars(field.data(), field.data() + field.size(), fields[i]);
+        if (error != std::errc() || end != field.data() + field.size() || fields[i] > kLargestEntry) return false;
+        rest.remove_prefix(std::min(comma + 1, rest.size()));
+    }
+    return true;
 }
 
 }  // namespace
@@ -35,11 +50,13 @@ std::string CurveToCsv(const Curve& curve) {
     return text;
 }
 
-std::string CurveToJson(const Curve& curve) {
+nlohmann::ordered_json CurveToJsonValue(const Curve& curve) {
     nlohmann::ordered_json json;
     for (size_t c = 0; c < 3; ++c) json[kPlaneNames[c]] = curve[c];
-    return json.dump() + '\n';
+    return json;
 }
+
+std::string CurveToJson(const Curve& curve) { return CurveToJsonValue(curve).dump() + '\n'; }
 
 std::string CurveToCal(const Curve& curve) {
     std::string text =
@@ -61,38 +78,35 @@ Curve CurveFromCsv(const std::string& text, const std::string& source) {
     std::istringstream lines(text);
     std::string line;
     size_t rows = 0;
-    for (int number = 1; std::getline(lines, line); ++number) {
-        if (line.find_first_not_of(" \t\r") == std::string::npos || (number == 1 && line.find("index") == 0)) continue;
-        long fields[4];
+    for (size_t number = 1; std::getline(lines, line); ++number) {
+        if (line.find_first_not_of(" \t\r") == std::string::npos || (number == 1 && line.starts_with("index")))
+            continue;
         const std::string where = "line " + std::to_string(number) + ": ";
-        if (!ParseRow(line, fields)) BadData(source, where + "expected index,red,green,blue");
-        if (fields[0] != static_cast<long>(rows)) BadData(source, where + "expected index " + std::to_string(rows));
-        for (size_t c = 0; c < 3; ++c) {
-            if (fields[c + 1] < 0 || fields[c + 1] > 65535) BadData(source, where + "value outside 0..65535");
-            curve[c][rows] = static_cast<uint16_t>(fields[c + 1]);
-        }
-        if (++rows > kCurveSize) BadData(source, where + "more than 256 rows");
+        if (rows == kCurveSize) BadData(source, where + "more than 256 rows");
+        uint32_t fields[4];
+        if (!ParseRow(line, fields)) BadData(source, where + "expected index,red,green,blue, each 0..65535");
+        if (fields[0] != rows) BadData(source, where + "expected index " + std::to_string(rows));
+        for (size_t c = 0; c < 3; ++c) curve[c][rows] = static_cast<uint16_t>(fields[c + 1]);
+        ++rows;
     }
     if (rows != kCurveSize) BadData(source, std::to_string(rows) + " rows, expected 256");
     return curve;
 }
 
-Curve CurveFromJson(const std::string& text, const std::string& source) {
-    const auto json = nlohmann::json::parse(text, nullptr, false);
-    if (json.is_discarded()) BadData(source, "malformed JSON");
+Curve CurveFromJsonValue(const InputJson& json, const JsonFields& fields, const std::string& path) {
+    fields.Object(json, path, {kPlaneNames[0], kPlaneNames[1], kPlaneNames[2]});
     Curve curve{};
     for (size_t c = 0; c < 3; ++c) {
-        const auto plane = json.is_object() ? json.find(kPlaneNames[c]) : json.end();
-        if (plane == json.end() || !plane->is_array() || plane->size() != kCurveSize)
-            BadData(source, std::string("\"") + kPlaneNames[c] + "\" must be an array of 256 entries");
-        for (size_t i = 0; i < kCurveSize; ++i) {
-            const auto& v = (*plane)[i];
-            if (!v.is_number_unsigned() || v.get<uint64_t>() > 65535)
-                BadData(source, std::string("\"") + kPlaneNames[c] + "\" holds a value outside 0..65535");
-            curve[c][i] = v.get<uint16_t>();
-        }
+        const std::string plane = Child(path, kPlaneNames[c]);
+        const auto& values = fields.Array(fields.Member(json, path, kPlaneNames[c]), plane, kCurveSize);
+        for (size_t i = 0; i < kCurveSize; ++i)
+            curve[c][i] = static_cast<uint16_t>(fields.Whole(values[i], Child(plane, i), kLargestEntry));
     }
     return curve;
+}
+
+Curve CurveFromJson(const std::string& text, const std::string& source) {
+    return CurveFromJsonValue(ParseJsonInput(text, source), JsonFields(source), "");
 }
 
 }  // namespace quarnel::tool

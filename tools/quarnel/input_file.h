@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+// Every input file is read with a bound, so that a device or a huge file
+// ends the read at once instead of filling memory or never ending.
+
+#include <cstddef>
+#include <string>
+
+namespace quarnel::tool {
+
+// Descriptions, curves and strings are a few kilobytes; a megabyte is far
+// more than any of them needs.
+inline constexpr size_t kMaxTextInput = size_t{1} << 20;
+
+// Reads at most `limit` + 1 bytes of `path`. Throws ToolError: 66 when the
+// file is missing, unreadable or a directory; 65 when it holds more than
+// `limit` bytes.
+std::string ReadInputFile(const std::string& path, size_t limit = kMaxTextInput);
+
+// A calibration block file: exactly 512 bytes, else ToolError (65).
+std::string ReadBlockFile(const std::string& path);
+
+}  // namespace quarnel::tool
