@@ -10,7 +10,7 @@ declare -A groups=(
     libxrandr-dev xserver-xorg-core xserver-xorg-video-dummy"
   [windows]="g++-mingw-w64-x86-64 wine wine64 googletest cmake ninja-build"
   [packaging]="dpkg-dev file pkgconf binutils cmake ninja-build"
-  [fuzz]="clang libclang-rt-14-dev cmake ninja-build"
+  [fuzz]="clang libclang-rt-14-dev cmake ninja-build nlohmann-json3-dev"
   [format]="clang-format git"
 )
 
