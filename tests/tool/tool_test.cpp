@@ -42,7 +42,7 @@ protected:
         fs::remove(dir / "err.txt");
         return r;
     }
-    Result Run(const std::string& args) { return Shell("quarnel " + args); }
+    Result Run(const std::string& args) { return Shell("timeout 60 '" QUARNEL_TOOL "' " + args); }
 
     // Builds a block from a description in the test data; returns its name.
     std::string Block(const std::string& version) {
@@ -211,6 +211,19 @@ TEST_F(ToolTest, ErrorsExitWithTheirCodeAndLeaveNoOutput) {
         {"string decode 04000000 --method 0 -o out.csv", 65, "does not decode"},
         {"string decode 04000000 --method 1 -o missing/out.csv", 73, "missing/out.csv: cannot create output"},
         {"lut native -o out.png --format tiff", 64, "unknown format \"tiff\""},
+        {"lut slider --brightness nan -o out.csv", 64, "--brightness: expected a number from 0 to 1, found \"nan\""},
+        {"lut slider --brightness '' -o out.csv", 64, "--brightness: expected a number from 0 to 1"},
+        {"lut slider --brightness -1 -o out.csv", 64, "--brightness: expected a number from 0 to 1"},
+        {"modes --interval nan", 64, "--interval: expected a number from 0.5 to 1.5"},
+        {"modes --interval 1.6", 64, "--interval: expected a number from 0.5 to 1.5"},
+        {"modes --reading-levels 3 --reading-index nan", 64, "--reading-index: expected a whole number"},
+        {"modes --reading-levels 3 --reading-index 3", 64, "--reading-index: expected a whole number from 0 to 2"},
+        {"modes --reading-levels 0.5 --reading-index 0", 64, "--reading-levels: expected a whole number of at least 1"},
+        {"block inspect /dev/zero", 65, "/dev/zero: not a calibration block: more than 512 bytes"},
+        {"modes --calib /dev/urandom", 65, "/dev/urandom: not a calibration block: more than 512 bytes"},
+        {"string encode /dev/urandom", 65, "/dev/urandom: more than 1048576 bytes"},
+        {"block build /dev/zero -o out.bin", 65, "/dev/zero: more than 1048576 bytes"},
+        {"block inspect .", 66, ".: cannot read input: it is a directory"},
     };
     for (const Case& c : cases) {
         const Result r = Run(c.args);
@@ -240,6 +253,77 @@ TEST_F(ToolTest, VersionHelpAndLibraryChatterStayInTheirPlaces) {
     EXPECT_EQ(quiet.out + verbose.out, "");
     EXPECT_EQ(quiet.err.find("Huffman"), std::string::npos);
     EXPECT_NE(verbose.err.find("=== Get Huffman Table v1 ==="), std::string::npos);
+}
+
+TEST_F(ToolTest, FaultyDescriptionsAndCurvesAreRefusedNamingWhere) {
+    struct Case {
+        std::string patch, message;  // merged into the version-5 description
+    };
+    const Case cases[] = {
+        {R"({"black": null})", "missing key \"black\", which a version-5 block carries"},
+        {R"({"taget_luminance": 1})", "unknown key \"taget_luminance\""},
+        {R"({"sub_version": "2"})", "sub_version: expected a whole number 0..255"},
+        {R"({"sub_version": 4294967297})", "sub_version: expected a whole number 0..255"},
+        {R"({"bytes66": [-1, 256, 0, 0]})", "bytes66[0]: expected a whole number 0..255"},
+        {R"({"version": 1.5})", "version: expected a whole number 0..255, found 1.5"},
+        {R"({"step_byte": 4})", "step_byte: not part of a version-5 block"},
+        {R"({"black": [0, 1e39, 0]})", "black[1]: 1e+39 is beyond the range of a single-precision value"},
+        {R"({"primaries": {"red": [0, 0, "nan"]}})", "primaries.red[2]: expected a number or a bit pattern"},
+        {R"({"other_bytes": {"103": "ff"}})", "other byte 103 belongs to tone_levels"},
+        {R"({"magic": "HDOCX"})", "magic: expected four printable characters"},
+    };
+    for (const Case& c : cases) {
+        Json description = Json::parse(ReadFile(kData / "block_v5.json"));
+        description.merge_patch(Json::parse(c.patch));
+        WriteFile(dir / "d.json", description.dump());
+        const Result r = Run("block build d.json -o out.bin");
+        EXPECT_EQ(r.code, 65) << c.patch;
+        EXPECT_NE(r.err.find("d.json: " + c.message), std::string::npos) << c.patch << ": " << r.err;
+    }
+    std::string rows = SpreadCsv(), extra = rows + "256,0,0,0\n";
+    const std::pair<std::string, std::string> curves[] = {
+        {rows.substr(0, rows.rfind("255,")), "255 rows, expected 256"},
+        {extra, "line 258: more than 256 rows"},
+        {std::string(rows).replace(rows.find("\n9,") + 3, 1, "65536,0,0,0\n9"),
+         "line 11: expected index,red,green,blue"},
+        {R"({"red": [], "green": [], "blue": []})", "red: expected an array of 256 entries"},
+    };
+    for (const auto& [text, message] : curves) {
+        WriteFile(dir / (text[0] == '{' ? "c.json" : "c.csv"), text);
+        const Result r = Run(std::string("string encode ") + (text[0] == '{' ? "c.json" : "c.csv"));
+        EXPECT_EQ(r.code, 65) << message;
+        EXPECT_NE(r.err.find(message), std::string::npos) << r.err;
+    }
+    // The slider's curve ends below 65280: no string carries it, and no block.
+    ASSERT_EQ(Run("lut slider --interval 0.7 -o warm.json").code, 0);
+    EXPECT_NE(Run("string encode warm.json").err.find("warm.json: cannot be stored as a LUT string: red entry 255 is"),
+              std::string::npos);
+    Json description = Json::parse(ReadFile(kData / "block_v7.json"));
+    description["gamma_lut"] = Json::parse(ReadFile(dir / "warm.json"));
+    WriteFile(dir / "d.json", description.dump());
+    EXPECT_NE(Run("block build d.json -o out.bin").err.find("d.json: cannot be stored as a LUT string: red entry"),
+              std::string::npos);
+}
+
+TEST_F(ToolTest, InspectedBlocksRebuildByteForByte) {
+    std::string undecodable = ReadFile(dir / Block("v7"));
+    undecodable[298] = 0;  // the string's method: Huffman, which it is not
+    std::string garbage(512, '\xff');
+    for (size_t i = 0; i < garbage.size(); ++i) garbage[i] = static_cast<char>(i * 37 + i / 7);
+    for (const auto& [bytes, problem] : {std::pair{undecodable,
+                                                   "gamma LUT string does not decode with method 0; "
+                                                   "the library then reads the block as version 5"},
+                                         std::pair{std::string(512, '\xff'), "not a calibration block: bad magic"},
+                                         std::pair{garbage, "not a calibration block: bad magic"}}) {
+        WriteFile(dir / "in.bin", bytes);
+        const Result text = Run("block inspect in.bin"), json = Run("block inspect --json in.bin");
+        EXPECT_EQ(text.code, 65);
+        EXPECT_NE(text.out.find(std::string("problem: \"") + problem), std::string::npos) << text.out;
+        EXPECT_NE(text.err.find(problem), std::string::npos) << text.err;
+        WriteFile(dir / "d.json", json.out);
+        ASSERT_EQ(Run("block build d.json -o out.bin").code, 0) << json.out;
+        EXPECT_EQ(ReadFile(dir / "out.bin"), bytes) << json.out;
+    }
 }
 
 }  // namespace

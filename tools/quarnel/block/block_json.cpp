@@ -102,7 +102,8 @@ private:
 
     void CheckKeys() const {
         if (!json_.is_object()) fields_.Fail("", "expected a block description object");
-        for (const auto& [key, value] : json_.items()) {
+        for (const auto& item : json_.items()) {
+            const std::string& key = item.key();
             const bool known =
                 std::any_of(std::begin(kKeys), std::end(kKeys), [&](const Key& k) { return key == k.name; }) ||
                 std::find(std::begin(kFindings), std::end(kFindings), key) != std::end(kFindings);
