@@ -101,11 +101,12 @@ nlohmann::ordered_json SingleToJson(float value) {
     }
     // The shortest decimal that reads back to the same single, as its author
     // wrote it; the exact value on the rare occasions the double in between
-    // would round elsewhere.
+    // would round elsewhere or lie beyond the largest single.
     char text[32];
     *std::to_chars(text, text + sizeof text - 1, value).ptr = '\0';
     const double shortest = std::strtod(text, nullptr);
-    return static_cast<float>(shortest) == value ? shortest : static_cast<double>(value);
+    const bool faithful = std::fabs(shortest) <= kLargestSingle && static_cast<float>(shortest) == value;
+    return faithful ? shortest : static_cast<double>(value);
 }
 
 std::string Child(const std::string& path, std::string_view key) {
