@@ -38,6 +38,7 @@ int main(int argc, char** argv) {
     AddVersionCommand(app, global);
     AddDisplayCommands(app, global);
     AddPlotCommand(app, global);
+    AddProfileCommands(app, global);
     try {
         app.parse(argc, argv);
         if (app.get_subcommands().empty()) RunDefaultModes(global);
