@@ -237,6 +237,47 @@ TEST_F(ToolTest, ErrorsExitWithTheirCodeAndLeaveNoOutput) {
     EXPECT_EQ(files, 5u) << "only the inputs remain";
 }
 
+// A panel redder than sRGB: its triangle's red corner lies outside sRGB's.
+TEST_F(ToolTest, ChromaticityPictureShowsBothGamutsWhereTheyLie) {
+    Json block = Json::parse(ReadFile(kData / "block_v5.json"));
+    block["primaries"]["red"] = {150.0, 64.35, 2.0};
+    WriteFile(dir / "red.json", block.dump());
+    ASSERT_EQ(Run("block build red.json -o red.bin").code, 0);
+    ASSERT_EQ(Run("plot chromaticity --calib red.bin -o red.png").code, 0);
+    ASSERT_EQ(Run("plot chromaticity -o srgb.svg").code, 0);
+
+    cairo_surface_t* png = cairo_image_surface_create_from_png((dir / "red.png").c_str());
+    ASSERT_EQ(cairo_surface_status(png), CAIRO_STATUS_SUCCESS);
+    EXPECT_EQ(cairo_image_surface_get_width(png), 1140);
+    EXPECT_EQ(cairo_image_surface_get_height(png), 620);
+    // The whole diagram maps x 0..0.8 to pixels 60..540 and y 0..0.9 to 570..30; a corner of a triangle
+    // colours some pixel next to it.
+    const auto near = [&](double x, double y, auto&& colour) {
+        const int px = static_cast<int>(std::lround(60 + x * 600)), py = static_cast<int>(std::lround(570 - y * 600));
+        bool found = false;
+        for (int row = py - 2; row <= py + 2; ++row)
+            for (int col = px - 2; col <= px + 2; ++col)
+                found = found || colour(cairo_image_surface_get_data(png) + row * cairo_image_surface_get_stride(png) +
+                                        col * 4);  // B, G, R
+        return found;
+    };
+    const auto orange = [](const unsigned char* p) { return p[2] > 180 && p[1] > 50 && p[1] < 130 && p[0] < 60; };
+    const auto grey = [](const unsigned char* p) { return p[2] < 140 && p[2] == p[1] && p[1] == p[0]; };
+    const double sum = 150 + 64.35 + 2;
+    EXPECT_TRUE(near(150 / sum, 64.35 / sum, orange));
+    EXPECT_FALSE(near(150 / sum, 64.35 / sum, grey));
+    EXPECT_TRUE(near(0.64, 0.33, grey));
+    EXPECT_FALSE(near(0.64, 0.33, orange));
+    cairo_surface_destroy(png);
+    // IEC 61966-2-1 primaries, red, green, blue, at those pixels in the vector picture.
+    EXPECT_NE(ReadFile(dir / "srgb.svg").find("d=\"M 444 372 L 240 210 M 240 210 L 150 534 M 150 534 L 444 372 \""),
+              std::string::npos);
+
+    for (const auto& [args, code] : {std::pair{"-o missing/x.png", 73}, {"-o x.txt", 64}, {"--calib none.bin", 66}})
+        EXPECT_EQ(Run(std::string("plot chromaticity ") + args).code, code) << args;
+    EXPECT_FALSE(fs::exists(dir / "chromaticity.png"));
+}
+
 TEST_F(ToolTest, VersionHelpAndLibraryChatterStayInTheirPlaces) {
     const Result version = Run("version");
     EXPECT_EQ(version.code, 0);

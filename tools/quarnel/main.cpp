@@ -7,6 +7,7 @@
 #include <iostream>
 
 #include "commands/commands.h"
+#include "commands/panel_commands.h"
 #include "tool_error.h"
 #include "x11/display_commands.h"
 
@@ -36,6 +37,8 @@ int main(int argc, char** argv) {
     AddStringCommands(app, global);
     AddVersionCommand(app, global);
     AddDisplayCommands(app, global);
+    AddPlotCommand(app, global);
+    AddProfileCommands(app, global);
     try {
         app.parse(argc, argv);
         if (app.get_subcommands().empty()) RunDefaultModes(global);

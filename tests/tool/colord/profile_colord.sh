@@ -1,0 +1,86 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
+# quarnel profile install, list and remove against a real colord on a private
+# system bus, with colord's own colormgr as the independent reader.
+# Usage: profile_colord.sh QUARNEL. Exits 77 when colord cannot be started.
+set -euo pipefail
+quarnel=$1 device=xrandr-Quarnel-Sample-0001
+work=$(mktemp -d) bus="" daemon=""
+stop() { [ -z "$1" ] || { kill "$1" 2>/dev/null; wait "$1" 2>/dev/null || true; }; }
+trap 'stop "$daemon"; stop "$bus"; rm -rf "$work"' EXIT
+skip() { echo "skipped: $*"; exit 77; }
+fail() { echo "FAILED: $*"; exit 1; }
+
+colord=$(ls /usr/libexec/colord /usr/lib/colord/colord 2>/dev/null | head -1 || true)
+[ -n "$colord" ] || skip "colord is not installed"
+command -v colormgr >/dev/null || skip "colormgr is not installed"
+command -v dbus-daemon >/dev/null || skip "dbus-daemon is not installed"
+[ "$(id -u)" -eq 0 ] || skip "colord lets only root act without a polkit agent"
+
+cat >"$work/bus.conf" <<CONF
+<busconfig>
+  <type>system</type>
+  <listen>unix:path=$work/bus</listen>
+  <auth>EXTERNAL</auth>
+  <policy context="default">
+    <allow user="*"/> <allow own="*"/> <allow send_destination="*"/> <allow receive_sender="*"/>
+  </policy>
+</busconfig>
+CONF
+dbus-daemon --config-file="$work/bus.conf" --nofork 2>"$work/bus.err" &
+bus=$!
+export DBUS_SYSTEM_BUS_ADDRESS=unix:path=$work/bus XDG_DATA_HOME=$work/data
+for _ in $(seq 50); do [ -S "$work/bus" ] && break; sleep 0.1; done
+# colord keeps its databases in its state folder: a private one where mounts
+# may be made, else the machine's.
+mkdir "$work/state"
+if unshare --mount true 2>/dev/null; then
+  unshare --mount sh -c 'mount --bind "$1" /var/lib/colord 2>/dev/null || true; exec "$2"' sh "$work/state" "$colord" \
+    >"$work/colord.log" 2>&1 &
+else
+  "$colord" >"$work/colord.log" 2>&1 &
+fi
+daemon=$!
+for _ in $(seq 100); do timeout 5 colormgr get-devices >/dev/null 2>&1 && break; sleep 0.1; done
+timeout 5 colormgr get-devices >/dev/null 2>&1 || skip "colord did not start: $(tail -1 "$work/colord.log")"
+
+# The display as a compositor registers it.
+colormgr create-device "$device" normal display >/dev/null
+colormgr device-set-vendor "$device" Quarnel >/dev/null
+colormgr device-set-model "$device" Sample >/dev/null
+
+q() { timeout 30 "$quarnel" "$@"; }
+q lut slider --interval 0.7 -o "$work/slider.icc"
+q profile install slider --interval 0.7 --device "$device" >/dev/null
+installed=$work/data/icc/quarnel-$device.icc
+# The same profile but for its creation time (header bytes 24 to 35).
+cmp <(tail -c +37 "$work/slider.icc") <(tail -c +37 "$installed") || fail "the installed file is not the mode's profile"
+colormgr device-get-default-profile "$device" >"$work/default"
+grep -q "Filename: *$installed\$" "$work/default" || fail "not the default profile: $(cat "$work/default")"
+grep -q "Gamma Table: *Yes" "$work/default" || fail "colord sees no gamma table"
+q profile list | grep -q "^$device  default  icc-[0-9a-f]*  $installed\$" || fail "list does not show it"
+
+# Another mode replaces it.
+q profile install theater --device "$device" >/dev/null
+[ "$(colormgr get-profiles | grep -c "$work/data")" -eq 1 ] || fail "the first profile stayed registered"
+
+q profile remove --device "$device" >/dev/null
+[ ! -e "$installed" ] || fail "remove left the file"
+colormgr get-profiles | grep -q "$work/data" && fail "remove left the profile in colord"
+colormgr device-get-default-profile "$device" | grep -q "Filename" && fail "remove left a default profile"
+
+# CAUSE COMMAND...: exits 69 with one line, which names CAUSE.
+expect_unavailable() {
+  local cause=$1 status=0
+  shift
+  "$@" 2>"$work/err" || status=$?
+  [ $status -eq 69 ] && [ "$(wc -l <"$work/err")" -eq 1 ] && grep -q "$cause" "$work/err" ||
+    fail "$* exits $status: $(cat "$work/err")"
+}
+expect_unavailable "no device" q profile install native --device xrandr-no-such-display
+stop "$daemon"
+daemon=""
+expect_unavailable "cannot reach colord" q profile list
+expect_unavailable "cannot reach colord" env DBUS_SYSTEM_BUS_ADDRESS=unix:path=$work/no-bus "$quarnel" profile list
+[ -z "$(ls -A "$work/data/icc")" ] || fail "a failed install left a file"
+echo "passed"

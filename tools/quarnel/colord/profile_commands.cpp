@@ -1,0 +1,79 @@
+// SPDX-License-Identifier: MIT
+// quarnel profile install, remove and list: a mode's display profile in the
+// user's ICC folder, registered with colord as the display's default, so that
+// the desktop loads its calibration curve and uses its colours.
+
+#include <iostream>
+#include <memory>
+
+#include "chroma/panel_colours.h"
+#include "colord/colour_manager.h"
+#include "colord/icc_folder.h"
+#include "commands/panel_commands.h"
+
+namespace quarnel::tool {
+namespace {
+
+struct InstallCli {
+    CurveCli curve;
+    std::string mode;
+    colord::DisplayChoice display;
+};
+
+void AddDisplayOptions(CLI::App& command, colord::DisplayChoice& display) {
+    auto* output = command.add_option("--output", display.output,
+                                      "Display connector whose EDID names the device (default: the built-in panel)");
+    command.add_option("--device", display.device, "colord device id, e.g. xrandr-<vendor>-<model>-<serial>")
+        ->excludes(output);
+}
+
+void Install(const InstallCli& cli, const GlobalOptions& global) {
+    const std::string device = colord::ResolveDevice(cli.display);
+    const colord::ProfileFile file{colord::UserIccFolder(), colord::ProfileFileName(device),
+                                   ModeProfile(cli.mode, cli.curve, global)};
+    colord::InstallProfile(device, file);
+    std::cout << device << ": " << file.folder << '/' << file.file << " is the default profile\n";
+}
+
+void Remove(const colord::DisplayChoice& display) {
+    const std::string device = colord::ResolveDevice(display);
+    for (const auto& file : colord::RemoveProfiles(device, colord::UserIccFolder()))
+        std::cout << device << ": removed " << file << '\n';
+}
+
+void List() {
+    for (const auto& r : colord::ListProfiles()) {
+        if (r.profile.empty()) {
+            std::cout << r.device << "  (no profile)\n";
+            continue;
+        }
+        std::cout << r.device << (r.isDefault ? "  default  " : "           ") << r.profile << "  " << r.file << '\n';
+    }
+}
+
+}  // namespace
+
+void AddProfileCommands(CLI::App& app, const GlobalOptions& global) {
+    auto* profile = app.add_subcommand("profile", "A mode's display profile installed for the desktop through colord");
+    profile->require_subcommand(1);
+
+    auto install = std::make_shared<InstallCli>();
+    auto* command = profile->add_subcommand("install", "Install one mode's profile as the display's default");
+    AddModeArguments(*command, install->mode, install->curve);
+    AddDisplayOptions(*command, install->display);
+    command->footer(
+        "Writes the profile into $XDG_DATA_HOME/icc (default ~/.local/share/icc), replacing the last one\n"
+        "installed for the display, and makes it the default of the display's colord device, which\n"
+        "GNOME and other colord clients then load.\nExample:\n  quarnel profile install slider --interval 0.7");
+    command->callback([install, &global] { Install(*install, global); });
+
+    auto display = std::make_shared<colord::DisplayChoice>();
+    command =
+        profile->add_subcommand("remove", "Take the installed profile off the display, out of colord and the folder");
+    AddDisplayOptions(*command, *display);
+    command->callback([display] { Remove(*display); });
+
+    profile->add_subcommand("list", "Show the profiles colord holds for each display")->callback(List);
+}
+
+}  // namespace quarnel::tool
