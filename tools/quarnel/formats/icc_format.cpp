@@ -5,6 +5,7 @@
 
 #include <lcms2.h>
 
+#include <algorithm>
 #include <memory>
 
 #include "formats/binary_formats.h"
@@ -34,7 +35,11 @@ void SetText(cmsHPROFILE profile, cmsTagSignature tag, const char* text) {
 std::string CurveToIcc(const Curve& curve) {
     std::unique_ptr<void, ProfileCloser> profile(cmsCreate_sRGBProfile());
     std::unique_ptr<cmsToneCurve, CurveFreer> planes[3];
-    for (size_t c = 0; c < 3; ++c) planes[c].reset(cmsBuildTabulatedToneCurve16(nullptr, kCurveSize, curve[c].data()));
+    for (size_t c = 0; c < 3; ++c) {
+        CurvePlane ramp{};
+        std::transform(curve[c].begin(), curve[c].end(), ramp.begin(), EntryToRamp);
+        planes[c].reset(cmsBuildTabulatedToneCurve16(nullptr, kCurveSize, ramp.data()));
+    }
     if (!profile || !planes[0] || !planes[1] || !planes[2])
         throw ToolError(kExitCantCreate, "cannot build the display profile");
     cmsSetProfileVersion(profile.get(), kProfileVersion);

@@ -70,7 +70,7 @@ void AddShowCommand(CLI::App& app) {
 
 void AddResetCommand(CLI::App& app) {
     auto target = std::make_shared<x11::GammaTarget>();
-    auto* command = app.add_subcommand("reset", "Load the identity gamma ramp (entry i is i x 256)");
+    auto* command = app.add_subcommand("reset", "Load the identity gamma ramp (i x 65535 / (size - 1))");
     AddTargetOptions(*command, *target);
     command->callback([target] { Check(x11::LoadGammaCurve(*target, IdentityCurve())); });
 }
