@@ -4,6 +4,7 @@
 
 #include <cairo.h>
 #include <gtest/gtest.h>
+#include <lcms2.h>
 
 #include <cmath>
 #include <cstdlib>
@@ -128,6 +129,59 @@ TEST_F(ToolTest, EveryLutFormatCarriesTheSameCurve) {
             line.find_first_not_of(' ') == line.find_first_of("0123456789"))
             entries += line.substr(line.find(": ") + 2) + '\n';
     EXPECT_EQ(Numbers(entries, 0, 1, 0), fullScale);
+}
+
+std::string MetaValue(cmsHPROFILE profile, const std::wstring& key) {
+    auto* dict = static_cast<cmsHANDLE>(cmsReadTag(profile, cmsSigMetaTag));
+    for (const cmsDICTentry* e = dict ? cmsDictGetEntryList(dict) : nullptr; e; e = cmsDictNextEntry(e))
+        if (key == e->Name) return std::string(e->Value, e->Value + std::wcslen(e->Value));
+    return "";
+}
+
+// LittleCMS reads every profile the tool writes as a matrix-shaper display
+// profile of its panel; sRGB white lands on full drive in the native mode.
+TEST_F(ToolTest, ProfilesOpenAsMatrixShaperDisplayProfiles) {
+    struct Case {
+        std::string args, file, description, source;
+    };
+    const Case cases[] = {
+        {"lut native", "native.icc", "Quarnel sample panel, calibration version 7: native", "calib"},
+        {"lut slider --interval 0.7 --brightness 0.8", "slider.icc", ": slider, interval 0.70, brightness 0.80",
+         "calib"},
+        {"lut reading-multi --reading-levels 3 --reading-index 1", "multi.icc", "reading level 1 of 3", "calib"},
+        {"lut native --calib " + Block("v3"), "v3.icc", "version 3, no tone measurements: native", "calib"},
+        {"string decode 04000000 --method 1", "string.icc", "LUT string, no factory data", "standard"},
+    };
+    for (const Case& c : cases) {
+        ASSERT_EQ(Run(c.args + " -o " + c.file).code, 0) << c.args;
+        cmsHPROFILE profile = cmsOpenProfileFromFile((dir / c.file).c_str(), "r");
+        ASSERT_NE(profile, nullptr) << c.file;
+        EXPECT_TRUE(cmsIsMatrixShaper(profile)) << c.file;
+        EXPECT_EQ(cmsGetDeviceClass(profile), cmsSigDisplayClass);
+        EXPECT_DOUBLE_EQ(cmsGetProfileVersion(profile), 2.4);
+        char description[256] = {};
+        cmsGetProfileInfoASCII(profile, cmsInfoDescription, "en", "US", description, sizeof description);
+        EXPECT_NE(std::string(description).find(c.description), std::string::npos) << description;
+        EXPECT_EQ(MetaValue(profile, L"DATA_source"), c.source) << c.file;
+        if (c.file == "v3.icc") {  // the measured white, though its primaries add up to another
+            const auto* white = static_cast<cmsCIEXYZ*>(cmsReadTag(profile, cmsSigMediaWhitePointTag));
+            const auto* lumi = static_cast<cmsCIEXYZ*>(cmsReadTag(profile, cmsSigLuminanceTag));
+            const Json measured = Json::parse(ReadFile(kData / "block_v3.json"))["primaries"]["white"];
+            for (int k = 0; k < 3; ++k)
+                EXPECT_NEAR((&white->X)[k] * measured[1].get<double>(), measured[k].get<double>(), 0.01) << k;
+            EXPECT_NEAR(lumi->Y, measured[1].get<double>(), 0.01);
+        }
+        cmsCloseProfile(profile);
+    }
+    cmsHPROFILE srgb = cmsCreate_sRGBProfile(), native = cmsOpenProfileFromFile((dir / "native.icc").c_str(), "r");
+    cmsHTRANSFORM toPanel = cmsCreateTransform(srgb, TYPE_RGB_8, native, TYPE_RGB_8, INTENT_RELATIVE_COLORIMETRIC, 0);
+    const uint8_t white[3] = {255, 255, 255};
+    uint8_t drive[3] = {};
+    cmsDoTransform(toPanel, white, drive, 1);
+    EXPECT_EQ(std::vector<int>(drive, drive + 3), std::vector<int>({255, 255, 255}));
+    cmsDeleteTransform(toPanel);
+    cmsCloseProfile(native);
+    cmsCloseProfile(srgb);
 }
 
 // Three planes far apart: red the identity, green late, blue early.
