@@ -262,6 +262,7 @@ TEST_F(ToolTest, ErrorsExitWithTheirCodeAndLeaveNoOutput) {
         {"modes --calib short.bin", 65, "short.bin: not a calibration block: 4 bytes"},
         {"modes --calib crc.bin", 65, "crc.bin: header CRC mismatch"},
         {"block inspect crc.bin", 65, "crc.bin: header CRC mismatch"},
+        {"block measurements crc.bin -o out.ti3", 65, "crc.bin: header CRC mismatch"},
         {"block build bad.json -o out.bin", 65, "bad.json: malformed JSON"},
         {"block build none.json -o out.bin", 66, "none.json: cannot read input"},
         {"string encode bad.csv", 65, "bad.csv: line 2"},
@@ -287,8 +288,8 @@ TEST_F(ToolTest, VersionHelpAndLibraryChatterStayInTheirPlaces) {
     EXPECT_EQ(version.code, 0);
     EXPECT_EQ(version.out.rfind("quarnel tool ", 0), 0u);
     EXPECT_NE(version.out.find("\nlibrary interface 8.11.0\nlibrary build v"), std::string::npos) << version.out;
-    for (const char* command : {"", "modes", "lut", "block", "block inspect", "block build", "block sample", "string",
-                                "string encode", "string decode", "version"}) {
+    for (const char* command : {"", "modes", "lut", "block", "block inspect", "block build", "block sample",
+                                "block measurements", "string", "string encode", "string decode", "version"}) {
         const Result help = Run(std::string(command) + " --help");
         EXPECT_EQ(help.code, 0) << command;
         EXPECT_NE(help.out.find("Example:\n  quarnel " + std::string(command)), std::string::npos) << help.out;
