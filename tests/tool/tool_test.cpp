@@ -4,6 +4,7 @@
 
 #include <cairo.h>
 #include <gtest/gtest.h>
+#include <lcms2.h>
 
 #include <cmath>
 #include <cstdlib>
@@ -108,11 +109,15 @@ TEST_F(ToolTest, EveryLutFormatCarriesTheSameCurve) {
 
     std::string inputs;
     for (int i = 0; i < 256; ++i)
-        inputs += std::to_string(i * 257) + ' ' + std::to_string(i * 257) + ' ' + std::to_string(i * 257) + '\n';
+        inputs += std::to_string(i * 256) + ' ' + std::to_string(i * 256) + ' ' + std::to_string(i * 256) + '\n';
     WriteFile(dir / "inputs.txt", inputs);
-    const Result cal = Shell("'" XICCLU "' -v0 -s 65535 curve.cal <inputs.txt");
+    // Files carry entry / 65280 (the library's full scale is full drive); vcgt holds it in 16 bits.
+    Values driven, fullScale;
+    for (long v : expected) driven.push_back(std::min(v, 65280L));
+    for (long v : driven) fullScale.push_back(std::lround(static_cast<double>(v) * 65535.0 / 65280));
+    const Result cal = Shell("'" XICCLU "' -v0 -s 65280 curve.cal <inputs.txt");
     ASSERT_EQ(cal.code, 0) << cal.err;
-    EXPECT_EQ(Planar(Numbers(cal.out, 0, 3, 0)), expected);
+    EXPECT_EQ(Planar(Numbers(cal.out, 0, 3, 0)), driven);
 
     const Result icc = Shell("'" ICCDUMP "' -v 3 -t vcgt curve.icc");
     ASSERT_NE(icc.out.find("VideoCardGammaTable:"), std::string::npos) << icc.out;
@@ -123,7 +128,60 @@ TEST_F(ToolTest, EveryLutFormatCarriesTheSameCurve) {
         if (line.find(": ") != std::string::npos && std::isdigit(static_cast<unsigned char>(line.back())) &&
             line.find_first_not_of(' ') == line.find_first_of("0123456789"))
             entries += line.substr(line.find(": ") + 2) + '\n';
-    EXPECT_EQ(Numbers(entries, 0, 1, 0), expected);
+    EXPECT_EQ(Numbers(entries, 0, 1, 0), fullScale);
+}
+
+std::string MetaValue(cmsHPROFILE profile, const std::wstring& key) {
+    auto* dict = static_cast<cmsHANDLE>(cmsReadTag(profile, cmsSigMetaTag));
+    for (const cmsDICTentry* e = dict ? cmsDictGetEntryList(dict) : nullptr; e; e = cmsDictNextEntry(e))
+        if (key == e->Name) return std::string(e->Value, e->Value + std::wcslen(e->Value));
+    return "";
+}
+
+// LittleCMS reads every profile the tool writes as a matrix-shaper display
+// profile of its panel; sRGB white lands on full drive in the native mode.
+TEST_F(ToolTest, ProfilesOpenAsMatrixShaperDisplayProfiles) {
+    struct Case {
+        std::string args, file, description, source;
+    };
+    const Case cases[] = {
+        {"lut native", "native.icc", "Quarnel sample panel, calibration version 7: native", "calib"},
+        {"lut slider --interval 0.7 --brightness 0.8", "slider.icc", ": slider, interval 0.70, brightness 0.80",
+         "calib"},
+        {"lut reading-multi --reading-levels 3 --reading-index 1", "multi.icc", "reading level 1 of 3", "calib"},
+        {"lut native --calib " + Block("v3"), "v3.icc", "version 3, no tone measurements: native", "calib"},
+        {"string decode 04000000 --method 1", "string.icc", "LUT string, no factory data", "standard"},
+    };
+    for (const Case& c : cases) {
+        ASSERT_EQ(Run(c.args + " -o " + c.file).code, 0) << c.args;
+        cmsHPROFILE profile = cmsOpenProfileFromFile((dir / c.file).c_str(), "r");
+        ASSERT_NE(profile, nullptr) << c.file;
+        EXPECT_TRUE(cmsIsMatrixShaper(profile)) << c.file;
+        EXPECT_EQ(cmsGetDeviceClass(profile), cmsSigDisplayClass);
+        EXPECT_DOUBLE_EQ(cmsGetProfileVersion(profile), 2.4);
+        char description[256] = {};
+        cmsGetProfileInfoASCII(profile, cmsInfoDescription, "en", "US", description, sizeof description);
+        EXPECT_NE(std::string(description).find(c.description), std::string::npos) << description;
+        EXPECT_EQ(MetaValue(profile, L"DATA_source"), c.source) << c.file;
+        if (c.file == "v3.icc") {  // the measured white, though its primaries add up to another
+            const auto* white = static_cast<cmsCIEXYZ*>(cmsReadTag(profile, cmsSigMediaWhitePointTag));
+            const auto* lumi = static_cast<cmsCIEXYZ*>(cmsReadTag(profile, cmsSigLuminanceTag));
+            const Json measured = Json::parse(ReadFile(kData / "block_v3.json"))["primaries"]["white"];
+            for (int k = 0; k < 3; ++k)
+                EXPECT_NEAR((&white->X)[k] * measured[1].get<double>(), measured[k].get<double>(), 0.01) << k;
+            EXPECT_NEAR(lumi->Y, measured[1].get<double>(), 0.01);
+        }
+        cmsCloseProfile(profile);
+    }
+    cmsHPROFILE srgb = cmsCreate_sRGBProfile(), native = cmsOpenProfileFromFile((dir / "native.icc").c_str(), "r");
+    cmsHTRANSFORM toPanel = cmsCreateTransform(srgb, TYPE_RGB_8, native, TYPE_RGB_8, INTENT_RELATIVE_COLORIMETRIC, 0);
+    const uint8_t white[3] = {255, 255, 255};
+    uint8_t drive[3] = {};
+    cmsDoTransform(toPanel, white, drive, 1);
+    EXPECT_EQ(std::vector<int>(drive, drive + 3), std::vector<int>({255, 255, 255}));
+    cmsDeleteTransform(toPanel);
+    cmsCloseProfile(native);
+    cmsCloseProfile(srgb);
 }
 
 // Three planes far apart: red the identity, green late, blue early.
@@ -204,6 +262,7 @@ TEST_F(ToolTest, ErrorsExitWithTheirCodeAndLeaveNoOutput) {
         {"modes --calib short.bin", 65, "short.bin: not a calibration block: 4 bytes"},
         {"modes --calib crc.bin", 65, "crc.bin: header CRC mismatch"},
         {"block inspect crc.bin", 65, "crc.bin: header CRC mismatch"},
+        {"block measurements crc.bin -o out.ti3", 65, "crc.bin: header CRC mismatch"},
         {"block build bad.json -o out.bin", 65, "bad.json: malformed JSON"},
         {"block build none.json -o out.bin", 66, "none.json: cannot read input"},
         {"string encode bad.csv", 65, "bad.csv: line 2"},
@@ -283,8 +342,8 @@ TEST_F(ToolTest, VersionHelpAndLibraryChatterStayInTheirPlaces) {
     EXPECT_EQ(version.code, 0);
     EXPECT_EQ(version.out.rfind("quarnel tool ", 0), 0u);
     EXPECT_NE(version.out.find("\nlibrary interface 8.11.0\nlibrary build v"), std::string::npos) << version.out;
-    for (const char* command : {"", "modes", "lut", "block", "block inspect", "block build", "block sample", "string",
-                                "string encode", "string decode", "version"}) {
+    for (const char* command : {"", "modes", "lut", "block", "block inspect", "block build", "block sample",
+                                "block measurements", "string", "string encode", "string decode", "version"}) {
         const Result help = Run(std::string(command) + " --help");
         EXPECT_EQ(help.code, 0) << command;
         EXPECT_NE(help.out.find("Example:\n  quarnel " + std::string(command)), std::string::npos) << help.out;

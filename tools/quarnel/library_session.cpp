@@ -10,18 +10,13 @@
 
 #include "block/block_codec.h"
 #include "input_file.h"
+#include "panel/panel_source.h"
 #include "quiet_stdout.h"
 #include "sample_panel.h"
 #include "tool_error.h"
 
 namespace quarnel::tool {
 namespace {
-
-// The colour space the gain solver falls back on without factory data
-// (rows red, green, blue, white; columns X, Y, Z). Handing it over valid
-// keeps request 1 from reporting a replaced matrix.
-constexpr double kDefaultIcc[4][3] = {
-    {0.43607, 0.22249, 0.01392}, {0.38515, 0.71687, 0.09708}, {0.14307, 0.06061, 0.7141}, {0.95045, 1.0, 1.08905}};
 
 std::string WriteSampleBlock(bool verbose) {
     const auto block = EncodeBlock(SamplePanel(), verbose);
@@ -50,7 +45,10 @@ std::optional<std::string> BlockFileProblem(const std::string& path, bool verbos
 
 LibrarySession::LibrarySession(const CurveOptions& options, bool vetBlock)
     : ctx_(std::make_unique<CctContext>()), verbose_(options.verbose) {
-    std::memcpy(ctx_->icc, kDefaultIcc, sizeof kDefaultIcc);
+    // The fallback colour space, handed over valid so that request 1 does not
+    // report a replaced matrix.
+    for (size_t r = 0; r < 4; ++r)
+        for (size_t k = 0; k < 3; ++k) ctx_->icc[r][k] = DefaultColourSpace()[r][k];
     // The panel's own base LUT is the caller's to give; a plain panel has the identity.
     const Curve identity = IdentityCurve();
     for (size_t c = 0; c < 3; ++c) std::memcpy(ctx_->oriLut[c], identity[c].data(), sizeof ctx_->oriLut[c]);

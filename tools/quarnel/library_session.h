@@ -30,6 +30,8 @@ public:
     const CctContext& context() const { return *ctx_; }
     Curve OutCurve() const;
     const std::string& sourceName() const { return sourceName_; }
+    // The block file the library reads; empty for the firmware.
+    const std::string& sourcePath() const { return sourcePath_; }
 
 private:
     std::unique_ptr<CctContext> ctx_;

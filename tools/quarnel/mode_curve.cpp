@@ -2,9 +2,9 @@
 #include "mode_curve.h"
 
 #include <algorithm>
+#include <cstdio>
 
 #include "library_session.h"
-#include "mode_gains.h"
 #include "mode_run.h"
 #include "tool_error.h"
 
@@ -44,6 +44,24 @@ std::optional<Mode> ParseMode(std::string_view name) {
 
 std::string_view ModeName(Mode mode) { return Entry(mode).name; }
 
+std::string ModeSummary(Mode mode, const CurveOptions& options) {
+    std::string text(ModeName(mode));
+    char value[64];
+    const auto add = [&](const char* format, double v) {
+        std::snprintf(value, sizeof value, format, v);
+        text += value;
+    };
+    if (mode == Mode::Slider || mode == Mode::VxVivid || mode == Mode::VxCurve)
+        add(", interval %.2f", options.interval);
+    if (mode == Mode::ReadingMulti) {
+        add(", reading level %.0f", options.readingIndex);
+        add(" of %.0f", options.readingLevels);
+    }
+    if (options.brightness != 1.0) add(", brightness %.2f", options.brightness);
+    if (options.apiType != 0) add(", api type %.0f", options.apiType);
+    return text;
+}
+
 std::vector<std::string> ModeNames() {
     std::vector<std::string> names;
     for (const auto& entry : kModes) names.emplace_back(entry.name);
@@ -60,7 +78,6 @@ ModeCurve RunMode(LibrarySession& session, Mode mode, const CurveOptions& option
     else
         result.status = session.Request(static_cast<uint32_t>(entry.code));
     result.curve = session.OutCurve();
-    if (result.status == 0) result.gains = ModeGains(mode, session.context(), result.curve);
     return result;
 }
 
@@ -71,6 +88,7 @@ ModeCurve ComputeModeCurve(Mode mode, const CurveOptions& options) {
     const int32_t initStatus = session.Init();
     ModeCurve result = RunMode(session, mode, options);
     result.initStatus = initStatus;
+    result.panel = DescribePanel(session);
     return result;
 }
 

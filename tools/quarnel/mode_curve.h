@@ -11,6 +11,7 @@
 #include <string_view>
 
 #include "curve.h"
+#include "panel/panel_source.h"
 
 namespace quarnel::tool {
 
@@ -35,11 +36,15 @@ struct CurveOptions {
 // Neither calibFile nor firmwarePanel: the tool's built-in sample panel.
 
 struct ModeCurve {
-    int32_t initStatus = 0;                      // request 1
-    int32_t status = 0;                          // the mode's own request
-    Curve curve{};                               // outLut after the request
-    std::optional<std::array<double, 3>> gains;  // the white-point gains the mode applies
+    int32_t initStatus = 0;  // request 1
+    int32_t status = 0;      // the mode's own request
+    Curve curve{};           // outLut after the request
+    PanelSubject panel;      // the panel request 1 found
 };
+
+// The mode and the options that shape it, for people: "slider, interval
+// 0.70", "native, brightness 0.80, api srgb".
+std::string ModeSummary(Mode mode, const CurveOptions& options);
 
 // Throws ToolError: a missing calibration file (66), a block that fails its
 // checks (65), vx-curve without a tone curve (64).

@@ -30,11 +30,21 @@ done
 "$quarnel" show --output DUMMY0 --format csv -o "$work/shown.csv"
 cmp "$work/mode.csv" "$work/shown.csv" || fail "show does not give the applied curve"
 dispwin -d1 -V "$work/mode.cal" | grep -q "IS loaded" || fail "dispwin does not find the mode's curve loaded"
+# The ramp as dispwin reads it holds entry / 65280 of full scale, to the ramp's 16-bit step.
+cal_rows() { sed -n '/^BEGIN_DATA$/,/^END_DATA$/p' "$1" | sed '1d;$d'; }
+same_cal() {
+  dispwin -d1 -s "$work/saved.cal" >/dev/null
+  paste -d' ' <(cal_rows "$1") <(cal_rows "$work/saved.cal") |
+    awk '{ for (i = 1; i <= 4; i++) if (($i - $(i + 4)) ^ 2 > (0.51 / 65535) ^ 2) bad++ } END { exit NR != 256 || bad }'
+}
+same_cal "$work/mode.cal" || fail "the loaded ramp is not the mode's curve at entry / 65280"
 
 "$quarnel" reset
 "$quarnel" show --format csv -o "$work/reset.csv"
 cmp <(head -1 "$work/mode.csv"; seq 0 255 | awk '{ v = $1 * 256; print $1 "," v "," v "," v }') "$work/reset.csv" ||
   fail "reset does not load the identity"
+seq 0 255 | awk 'BEGIN { print "BEGIN_DATA" } { v = $1 / 255; print v, v, v, v } END { print "END_DATA" }' >"$work/identity.cal"
+same_cal "$work/identity.cal" || fail "reset does not fill the ramp up to 65535"
 
 # CAUSE COMMAND...: exits 69 with one line, which names CAUSE.
 expect_unavailable() {

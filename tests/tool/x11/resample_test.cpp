@@ -5,6 +5,7 @@
 
 #include <vector>
 
+#include "curve.h"
 #include "x11/resample.h"
 
 namespace quarnel::tool::x11 {
@@ -33,6 +34,13 @@ TEST(Resample, UpAndDownAgainGivesTheCurveBack) {
     for (std::size_t i = 0; i < curve.size(); ++i) curve[i] = static_cast<std::uint16_t>(i * i);
     const std::vector<std::uint16_t> back = Resample(Resample(curve, 1024), 256);
     for (std::size_t i = 0; i < curve.size(); ++i) EXPECT_NEAR(back[i], curve[i], 1) << i;
+}
+
+// Entries reach the 16-bit ramp as entry x 65535 / 65280 and come back exactly.
+TEST(RampScale, EveryEntryComesBackAndTheIdentityFillsTheRamp) {
+    for (int e = 0; e <= 65280; ++e) ASSERT_EQ(RampToEntry(EntryToRamp(static_cast<std::uint16_t>(e))), e);
+    for (int i = 0; i < 256; ++i) EXPECT_EQ(EntryToRamp(static_cast<std::uint16_t>(i * 256)), i * 257);
+    EXPECT_EQ(EntryToRamp(65535), 65535);
 }
 
 }  // namespace

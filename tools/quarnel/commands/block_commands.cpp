@@ -12,7 +12,9 @@
 #include "commands/commands.h"
 #include "hex.h"
 #include "input_file.h"
+#include "formats/ti3_format.h"
 #include "library_session.h"
+#include "panel/panel_source.h"
 #include "sample_panel.h"
 #include "tool_error.h"
 
@@ -99,6 +101,21 @@ void Inspect(const std::string& path, bool json, bool verbose) {
     if (const auto problem = FindBlockProblem(decoded)) throw ToolError(kExitData, path + ": " + *problem);
 }
 
+DecodedBlock ReadGoodBlock(const std::string& path) {
+    const std::string bytes = ReadInputFile(path);
+    if (const auto problem = FindBlockProblem(bytes)) throw ToolError(kExitData, path + ": " + *problem);
+    Block block{};
+    std::memcpy(block.data(), bytes.data(), kBlockSize);
+    return DecodeBlock(block, false);
+}
+
+void Measurements(const std::string& path, const std::string& output) {
+    const DecodedBlock block = ReadGoodBlock(path);
+    const std::string description =
+        "Factory measurements of " + path + ", calibration version " + std::to_string(block.description.version);
+    WriteFileAtomically(output, MeasurementsToTi3(MeasurementsFromBlock(block.description), description));
+}
+
 void Build(const std::string& descriptionFile, const std::string& output, bool verbose) {
     const BlockDescription description = DescriptionFromJson(ReadInputFile(descriptionFile), descriptionFile);
     Block block{};
@@ -140,6 +157,19 @@ void AddBlockCommands(CLI::App& app, const GlobalOptions& global) {
     build->add_option("-o,--output", buildCli->output, "Block file to write")->required();
     build->footer("Example:\n  quarnel block build panel.json -o panel.bin");
     build->callback([buildCli, &global] { Build(buildCli->descriptionFile, buildCli->output, global.verbose); });
+
+    struct MeasurementsCli {
+        std::string file, output = "-";
+    };
+    auto measurementsCli = std::make_shared<MeasurementsCli>();
+    auto* measurements =
+        block->add_subcommand("measurements", "Write the factory measurements as a CGATS .ti3 for ArgyllCMS");
+    measurements->add_option("BLOCK", measurementsCli->file, "Calibration block")->required();
+    measurements->add_option("-o", measurementsCli->output, "File to write (default: standard output)");
+    measurements->footer(
+        "Black and each channel's grey levels (version 5 on), primaries and white: RGB in percent to XYZ,\n"
+        "white at Y = 100.\nExample:\n  quarnel block measurements panel.bin -o panel.ti3 && colprof -as panel");
+    measurements->callback([measurementsCli] { Measurements(measurementsCli->file, measurementsCli->output); });
 
     auto sampleOutput = std::make_shared<std::string>("-");
     auto* sample = block->add_subcommand("sample", "Print the built-in sample panel's description, a template");

@@ -115,13 +115,15 @@ void AddModeArguments(CLI::App& command, std::string& mode, CurveCli& cli) {
     command.add_option("--curve", cli.curveFile, "Tone curve for vx-curve (CSV or JSON)");
 }
 
-Curve ComputeCurveOrFail(const std::string& modeName, const CurveCli& cli, const GlobalOptions& global) {
-    const ModeCurve result = ComputeModeCurve(*ParseMode(modeName), ResolveCurveOptions(cli, global));
+SubjectCurve ComputeCurveOrFail(const std::string& modeName, const CurveCli& cli, const GlobalOptions& global) {
+    const Mode mode = *ParseMode(modeName);
+    const CurveOptions options = ResolveCurveOptions(cli, global);
+    ModeCurve result = ComputeModeCurve(mode, options);
     if (result.initStatus != 0) std::cerr << "quarnel: initialisation answered status " << result.initStatus << '\n';
     if (result.status != 0)
         throw ToolError(kExitData, modeName + ": the library could not build the curve (status " +
                                        std::to_string(result.status) + ")");
-    return result.curve;
+    return {result.curve, {std::move(result.panel), ModeSummary(mode, options), std::nullopt}};
 }
 
 }  // namespace quarnel::tool

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "commands/commands.h"
+#include "formats/curve_subject.h"
 #include "mode_curve.h"
 
 namespace quarnel::tool {
@@ -28,8 +29,13 @@ CurveOptions ResolveCurveOptions(const CurveCli& cli, const GlobalOptions& globa
 // command that computes one mode's curve.
 void AddModeArguments(CLI::App& command, std::string& mode, CurveCli& cli);
 
+struct SubjectCurve {
+    Curve curve;
+    CurveSubject subject;  // the panel and the mode with its options
+};
+
 // MODE's curve as the library builds it for these options. A request that
 // fails is bad input data; a failed initialisation is only reported.
-Curve ComputeCurveOrFail(const std::string& modeName, const CurveCli& cli, const GlobalOptions& global);
+SubjectCurve ComputeCurveOrFail(const std::string& modeName, const CurveCli& cli, const GlobalOptions& global);
 
 }  // namespace quarnel::tool

@@ -19,7 +19,8 @@ struct LutCli {
 
 void Run(const LutCli& cli, const GlobalOptions& global) {
     const CurveFormat format = ChooseCurveFormat(cli.output, cli.format);
-    WriteCurve(ComputeCurveOrFail(cli.mode, cli.curve, global), format, cli.output);
+    const SubjectCurve result = ComputeCurveOrFail(cli.mode, cli.curve, global);
+    WriteCurve(result.curve, format, cli.output, result.subject);
 }
 
 }  // namespace

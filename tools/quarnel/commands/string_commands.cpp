@@ -35,7 +35,7 @@ void Decode(const std::string& hex, int method, const std::string& output, const
     if (DecodeLutString(ParseLutStringHex(hex), method, curve, verbose) != 0)
         throw ToolError(kExitData,
                         "string " + hex + ": does not decode to a LUT with method " + std::to_string(method));
-    WriteCurve(curve, chosen, output);
+    WriteCurve(curve, chosen, output, {UnknownPanel("LUT string"), "decoded gamma LUT", std::nullopt});
 }
 
 }  // namespace

@@ -5,10 +5,14 @@
 #include <string>
 
 #include "curve.h"
+#include "formats/curve_subject.h"
 
 namespace quarnel::tool {
 
-std::string CurveToIcc(const Curve& curve);
+// A version 2.4 display profile of the subject's panel with `curve` loaded:
+// its colourants and tone curves, and the curve itself in `vcgt`. Throws
+// ToolError (65) when the curve turns a channel off, 73 when LittleCMS fails.
+std::string CurveToIcc(const Curve& curve, const CurveSubject& subject);
 
 // The three curves over the identity, axes and legend labelled.
 std::string CurveToPng(const Curve& curve);

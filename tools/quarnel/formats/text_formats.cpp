@@ -14,7 +14,6 @@ namespace quarnel::tool {
 namespace {
 
 constexpr const char* kPlaneNames[3] = {"red", "green", "blue"};
-constexpr double kSixteenBitScale = 65535.0;
 constexpr double kInputScale = kCurveSize - 1;
 constexpr uint32_t kLargestEntry = 65535;
 
@@ -67,7 +66,7 @@ std::string CurveToCal(const Curve& curve) {
     for (size_t i = 0; i < kCurveSize; ++i) {
         // Nine decimals keep every 16-bit value exact when scaled back.
         std::snprintf(row, sizeof row, "%.9f %.9f %.9f %.9f\n", static_cast<double>(i) / kInputScale,
-                      curve[0][i] / kSixteenBitScale, curve[1][i] / kSixteenBitScale, curve[2][i] / kSixteenBitScale);
+                      NormalisedEntry(curve[0][i]), NormalisedEntry(curve[1][i]), NormalisedEntry(curve[2][i]));
         text += row;
     }
     return text + "END_DATA\n";

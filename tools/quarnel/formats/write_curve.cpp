@@ -20,7 +20,7 @@ struct FormatEntry {
 
 constexpr FormatEntry kFormats[] = {
     {CurveFormat::Csv, "csv", true, CurveToCsv},  {CurveFormat::Json, "json", true, CurveToJson},
-    {CurveFormat::Cal, "cal", true, CurveToCal},  {CurveFormat::Icc, "icc", false, CurveToIcc},
+    {CurveFormat::Cal, "cal", true, CurveToCal},  {CurveFormat::Icc, "icc", false, nullptr},
     {CurveFormat::Png, "png", false, CurveToPng}, {CurveFormat::Svg, "svg", false, CurveToSvg},
 };
 
@@ -50,11 +50,11 @@ CurveFormat ChooseCurveFormat(const std::string& path, const std::string& explic
     throw ToolError(kExitUsage, path + ": cannot tell the format from the name; use --format");
 }
 
-void WriteCurve(const Curve& curve, CurveFormat format, const std::string& path) {
+void WriteCurve(const Curve& curve, CurveFormat format, const std::string& path, const CurveSubject& subject) {
     const FormatEntry& entry = Entry(format);
     if (path == "-" && !entry.text)
         throw ToolError(kExitUsage, std::string(entry.name) + " is not written to standard output; name a file");
-    WriteFileAtomically(path, entry.render(curve));
+    WriteFileAtomically(path, format == CurveFormat::Icc ? CurveToIcc(curve, subject) : entry.render(curve));
 }
 
 }  // namespace quarnel::tool

@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "curve.h"
+#include "formats/curve_subject.h"
 
 namespace quarnel::tool {
 
@@ -21,9 +22,9 @@ std::optional<CurveFormat> ParseCurveFormat(std::string_view name);
 // ToolError (64) when neither names a known format.
 CurveFormat ChooseCurveFormat(const std::string& path, const std::string& explicitFormat);
 
-// path "-" writes the text formats (csv, json, cal) to standard output.
-// Throws ToolError: 73 when the output cannot be created, 64 for a binary
-// format to standard output.
-void WriteCurve(const Curve& curve, CurveFormat format, const std::string& path);
+// path "-" writes the text formats (csv, json, cal) to standard output; a
+// profile describes `subject`. Throws ToolError: 73 when the output cannot be
+// created, 64 for a binary format to standard output.
+void WriteCurve(const Curve& curve, CurveFormat format, const std::string& path, const CurveSubject& subject);
 
 }  // namespace quarnel::tool

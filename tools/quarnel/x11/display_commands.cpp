@@ -34,14 +34,14 @@ void AddTargetOptions(CLI::App& command, x11::GammaTarget& target) {
 }
 
 void Apply(const ApplyCli& cli, const GlobalOptions& global) {
-    Check(x11::LoadGammaCurve(cli.target, ComputeCurveOrFail(cli.mode, cli.curve, global)));
+    Check(x11::LoadGammaCurve(cli.target, ComputeCurveOrFail(cli.mode, cli.curve, global).curve));
 }
 
 void Show(const ShowCli& cli) {
     const CurveFormat format = ChooseCurveFormat(cli.file, cli.format);
     Curve curve{};
     Check(x11::ReadGammaCurve(cli.target, curve));
-    WriteCurve(curve, format, cli.file);
+    WriteCurve(curve, format, cli.file, {UnknownPanel("X11 display"), "gamma ramp read back", std::nullopt});
 }
 
 void AddApplyCommand(CLI::App& app, const GlobalOptions& global) {
@@ -70,7 +70,7 @@ void AddShowCommand(CLI::App& app) {
 
 void AddResetCommand(CLI::App& app) {
     auto target = std::make_shared<x11::GammaTarget>();
-    auto* command = app.add_subcommand("reset", "Load the identity gamma ramp (entry i is i x 256)");
+    auto* command = app.add_subcommand("reset", "Load the identity gamma ramp (i x 65535 / (size - 1))");
     AddTargetOptions(*command, *target);
     command->callback([target] { Check(x11::LoadGammaCurve(*target, IdentityCurve())); });
 }

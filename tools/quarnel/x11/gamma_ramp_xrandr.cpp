@@ -112,8 +112,11 @@ GammaStatus LoadGammaCurve(const GammaTarget& target, const Curve& curve) {
         const GammaPtr ramp(size > 0 ? XRRAllocGamma(size) : nullptr);
         if (!ramp) return Fail("a CRTC of X display " + session.label + " has no gamma ramp");
         unsigned short* planes[] = {ramp->red, ramp->green, ramp->blue};
-        for (std::size_t c = 0; c < curve.size(); ++c)
-            std::ranges::copy(Resample(curve[c], static_cast<std::size_t>(size)), planes[c]);
+        for (std::size_t c = 0; c < curve.size(); ++c) {
+            CurvePlane scaled{};
+            std::ranges::transform(curve[c], scaled.begin(), EntryToRamp);
+            std::ranges::copy(Resample(scaled, static_cast<std::size_t>(size)), planes[c]);
+        }
         XRRSetCrtcGamma(dpy, crtc, ramp.get());
     }
     XSync(dpy, False);
@@ -128,8 +131,8 @@ GammaStatus ReadGammaCurve(const GammaTarget& target, Curve& curve) {
     if (!ramp || ramp->size <= 0) return Fail("a CRTC of X display " + session.label + " has no gamma ramp");
     const unsigned short* planes[] = {ramp->red, ramp->green, ramp->blue};
     for (std::size_t c = 0; c < curve.size(); ++c)
-        std::ranges::copy(Resample(std::span(planes[c], static_cast<std::size_t>(ramp->size)), kCurveSize),
-                          curve[c].begin());
+        std::ranges::transform(Resample(std::span(planes[c], static_cast<std::size_t>(ramp->size)), kCurveSize),
+                               curve[c].begin(), RampToEntry);
     return {};
 }
 
