@@ -53,9 +53,13 @@ q() { timeout 30 "$quarnel" "$@"; }
 q lut slider --interval 0.7 -o "$work/slider.icc"
 q profile install slider --interval 0.7 --device "$device" >/dev/null
 installed=$work/data/icc/quarnel-$device.icc
-# The same profile but for its creation time (header bytes 24 to 35).
-cmp <(tail -c +37 "$work/slider.icc") <(tail -c +37 "$installed") || fail "the installed file is not the mode's profile"
+# The mode's curve and colours, as ArgyllCMS reads them from both files.
+for tag in vcgt rXYZ wtpt rTRC; do
+  cmp <(iccdump -v3 -t $tag "$work/slider.icc" | tail -n +2) <(iccdump -v3 -t $tag "$installed" | tail -n +2) ||
+    fail "the installed file's $tag is not the mode's"
+done
 colormgr device-get-default-profile "$device" >"$work/default"
+grep -q "MAPPING_device_id=$device" "$work/default" || fail "the profile does not name its device: $(cat "$work/default")"
 grep -q "Filename: *$installed\$" "$work/default" || fail "not the default profile: $(cat "$work/default")"
 grep -q "Gamma Table: *Yes" "$work/default" || fail "colord sees no gamma table"
 q profile list | grep -q "^$device  default  icc-[0-9a-f]*  $installed\$" || fail "list does not show it"

@@ -18,7 +18,7 @@ namespace quarnel::tool {
 
 inline constexpr size_t kBlockSize = 512;
 using Block = std::array<uint8_t, kBlockSize>;
-using Xyz = std::array<float, 3>;  // the block holds single-precision values
+using SingleXyz = std::array<float, 3>;  // the block holds single-precision values
 
 // Every field an author chooses. Fields a version does not carry are ignored
 // when writing and left at their defaults when reading.
@@ -27,14 +27,14 @@ struct BlockDescription {
     uint8_t version = 7;
     uint8_t subVersion = 0;
     uint32_t dataWord = 0;
-    std::array<Xyz, 4> primaries{};                 // red, green, blue, white
+    std::array<SingleXyz, 4> primaries{};                 // red, green, blue, white
     uint16_t word60 = 0;                            // version 2 on
     std::array<uint8_t, 4> bytes66{};               // version 3 on
     std::array<float, 2> firstWhite{0.3f, 0.315f};  // version 4 on
     float targetLuminance = 0.0f;
     std::array<float, 2> defaultWhite{};
-    std::array<std::array<Xyz, 5>, 3> toneLevels{};  // version 5 on: channel, grey level
-    Xyz black{};
+    std::array<std::array<SingleXyz, 5>, 3> toneLevels{};  // version 5 on: channel, grey level
+    SingleXyz black{};
     uint8_t stepByte = 0;  // version 7 on: byte 297
     // Version 6 on, exactly one of: the gamma LUT, encoded on writing; or the
     // string as it stands (method byte, then the bytes from the length byte

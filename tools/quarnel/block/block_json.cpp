@@ -49,7 +49,7 @@ Json MagicToJson(const std::array<uint8_t, 4>& magic) {
     return std::string(kHexPrefix) + ToHex(magic.data(), magic.size());
 }
 
-Json Triple(const Xyz& v) { return Json::array({SingleToJson(v[0]), SingleToJson(v[1]), SingleToJson(v[2])}); }
+Json Triple(const SingleXyz& v) { return Json::array({SingleToJson(v[0]), SingleToJson(v[1]), SingleToJson(v[2])}); }
 
 Json Pair(const std::array<float, 2>& v) { return Json::array({SingleToJson(v[0]), SingleToJson(v[1])}); }
 
@@ -88,7 +88,7 @@ private:
     uint64_t Whole(const char* key, uint64_t max) const { return fields_.Whole(At(key), key, max); }
     float Single(const char* key) const { return fields_.Single(At(key), key); }
 
-    Xyz Triple(const InputJson& parent, const std::string& path, const char* key) const {
+    SingleXyz Triple(const InputJson& parent, const std::string& path, const char* key) const {
         const std::string where = Child(path, key);
         const auto& values = fields_.Array(fields_.Member(parent, path, key), where, 3);
         return {fields_.Single(values[0], Child(where, 0)), fields_.Single(values[1], Child(where, 1)),
@@ -218,7 +218,7 @@ Json DescriptionToJson(const BlockDescription& d) {
     }
     if (d.version >= 5) {
         for (size_t c = 0; c < 3; ++c)
-            for (const Xyz& level : d.toneLevels[c]) json["tone_levels"][kRows[c]].push_back(Triple(level));
+            for (const SingleXyz& level : d.toneLevels[c]) json["tone_levels"][kRows[c]].push_back(Triple(level));
         json["black"] = Triple(d.black);
         if (d.storedToneCrc) json["stored_tone_crc"] = *d.storedToneCrc;
     }

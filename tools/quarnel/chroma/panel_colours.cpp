@@ -4,33 +4,40 @@
 #include "formats/binary_formats.h"
 #include "library_session.h"
 #include "mode_run.h"
+#include "panel/panel_model.h"
+#include "panel/panel_source.h"
 
 namespace quarnel::tool {
 
 PanelPrimaries ReadPanelPrimaries(const CurveOptions& options) {
     LibrarySession session(options);
     session.Init();
-    const CctContext& ctx = session.context();
-    PanelPrimaries panel{session.sourceName(), ctx.fromBios != 0, {}};
-    const auto& table = panel.factoryData ? ctx.bios : ctx.icc;
+    const PanelSubject subject = DescribePanel(session);
+    PanelPrimaries panel{session.sourceName(), subject.factoryData, {}};
     for (size_t c = 0; c < 3; ++c) {
-        const double sum = table[c][0] + table[c][1] + table[c][2];
-        panel.primaries[c] = sum > 0 ? Xy{table[c][0] / sum, table[c][1] / sum} : Xy{};
+        const auto xy = ToChromaticity(subject.measured.primaries[c]);
+        panel.primaries[c] = xy ? Xy{xy->x, xy->y} : Xy{};
     }
     return panel;
 }
 
 std::optional<WhitePoint> ModeWhite(Mode mode, const CurveOptions& options) {
     LibrarySession session(options);
-    // Without a successful initialisation only the native mode's gains mean anything.
+    // Without a successful initialisation only the native mode's curve means anything.
     if (session.Init() != 0 && mode != Mode::Native) return std::nullopt;
     const ModeCurve result = RunMode(session, mode, options);
-    if (!result.gains) return std::nullopt;
-    return WhiteFromGains(session.context(), *result.gains);
+    if (result.status != 0) return std::nullopt;
+    const PanelModel panel = FromMeasurements(DescribePanel(session).measured);
+    const auto xy = ToChromaticity(CalibratedWhite(panel, result.curve));
+    if (!xy) return std::nullopt;
+    return WhitePoint{xy->x, xy->y, Cct(*xy)};
 }
 
-std::string ModeProfile(const std::string& modeName, const CurveCli& cli, const GlobalOptions& global) {
-    return CurveToIcc(ComputeCurveOrFail(modeName, cli, global));
+std::string ModeProfile(const std::string& modeName, const CurveCli& cli, const GlobalOptions& global,
+                        const std::optional<DisplayIdentity>& display) {
+    SubjectCurve result = ComputeCurveOrFail(modeName, cli, global);
+    result.subject.display = display;
+    return CurveToIcc(result.curve, result.subject);
 }
 
 }  // namespace quarnel::tool

@@ -30,7 +30,7 @@ void AddDisplayOptions(CLI::App& command, colord::DisplayChoice& display) {
 void Install(const InstallCli& cli, const GlobalOptions& global) {
     const std::string device = colord::ResolveDevice(cli.display);
     const colord::ProfileFile file{colord::UserIccFolder(), colord::ProfileFileName(device),
-                                   ModeProfile(cli.mode, cli.curve, global)};
+                                   ModeProfile(cli.mode, cli.curve, global, DisplayIdentity{{}, {}, {}, device})};
     colord::InstallProfile(device, file);
     std::cout << device << ": " << file.folder << '/' << file.file << " is the default profile\n";
 }

@@ -91,22 +91,24 @@ void PrintText(const Json& json, const std::string& indent = "") {
     }
 }
 
-void Inspect(const std::string& path, bool json, bool verbose) {
+DecodedBlock ReadBlock(const std::string& path, bool verbose) {
     const std::string bytes = ReadBlockFile(path);
     Block block{};
     std::copy(bytes.begin(), bytes.end(), block.begin());
-    const DecodedBlock decoded = DecodeBlock(block, verbose);
+    return DecodeBlock(block, verbose);
+}
+
+void Inspect(const std::string& path, bool json, bool verbose) {
+    const DecodedBlock decoded = ReadBlock(path, verbose);
     const Json report = Report(decoded, AskLibrary(path, verbose));
     json ? void(std::cout << report.dump(2) << '\n') : PrintText(report);
     if (const auto problem = FindBlockProblem(decoded)) throw ToolError(kExitData, path + ": " + *problem);
 }
 
 DecodedBlock ReadGoodBlock(const std::string& path) {
-    const std::string bytes = ReadInputFile(path);
-    if (const auto problem = FindBlockProblem(bytes)) throw ToolError(kExitData, path + ": " + *problem);
-    Block block{};
-    std::memcpy(block.data(), bytes.data(), kBlockSize);
-    return DecodeBlock(block, false);
+    DecodedBlock block = ReadBlock(path, false);
+    if (const auto problem = FindBlockProblem(block)) throw ToolError(kExitData, path + ": " + *problem);
+    return block;
 }
 
 void Measurements(const std::string& path, const std::string& output) {

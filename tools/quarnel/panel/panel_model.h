@@ -13,6 +13,7 @@
 namespace quarnel::tool {
 
 using Drive = std::array<double, 3>;  // red, green, blue, each 0..1
+using Xyz = std::array<double, 3>;    // CIE XYZ
 
 // Drive levels of the factory's tone measurements: black, five grey levels
 // (the block's tone levels), full drive.

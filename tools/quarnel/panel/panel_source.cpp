@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "panel/panel_source.h"
 
-#include <cstring>
+#include <algorithm>
 
-#include "atomic_file.h"
+#include "input_file.h"
 #include "library_session.h"
 
 namespace quarnel::tool {
@@ -18,6 +18,15 @@ std::array<Xyz, 4> Rows(const double (&table)[4][3]) {
     return rows;
 }
 
+Xyz Widened(const SingleXyz& v) { return {v[0], v[1], v[2]}; }
+
+template <size_t N>
+std::array<Xyz, N> Widened(const std::array<SingleXyz, N>& rows) {
+    std::array<Xyz, N> wide{};
+    for (size_t r = 0; r < N; ++r) wide[r] = Widened(rows[r]);
+    return wide;
+}
+
 }  // namespace
 
 const std::array<Xyz, 4>& DefaultColourSpace() {
@@ -29,8 +38,11 @@ const std::array<Xyz, 4>& DefaultColourSpace() {
 }
 
 PanelMeasurements MeasurementsFromBlock(const BlockDescription& block) {
-    PanelMeasurements measured{block.primaries, std::nullopt};
-    if (block.version >= kFirstToneVersion) measured.tone = ToneMeasurements{block.black, block.toneLevels};
+    PanelMeasurements measured{Widened(block.primaries), std::nullopt};
+    if (block.version < kFirstToneVersion) return measured;
+    ToneMeasurements tone{Widened(block.black), {}};
+    for (size_t c = 0; c < 3; ++c) tone.levels[c] = Widened(block.toneLevels[c]);
+    measured.tone = tone;
     return measured;
 }
 
@@ -39,9 +51,9 @@ PanelSubject DescribePanel(const LibrarySession& session) {
     PanelSubject panel{session.sourceName(), ctx.biosVer, ctx.fromBios != 0, {}};
     panel.measured.primaries = Rows(panel.factoryData ? ctx.bios : ctx.icc);
     if (panel.factoryData && !session.sourcePath().empty()) {
-        const std::string bytes = ReadInputFile(session.sourcePath());
+        const std::string bytes = ReadBlockFile(session.sourcePath());
         Block block{};
-        std::memcpy(block.data(), bytes.data(), std::min(bytes.size(), block.size()));
+        std::copy(bytes.begin(), bytes.end(), block.begin());
         panel.measured.tone = MeasurementsFromBlock(DecodeBlock(block, false).description).tone;
     }
     return panel;
