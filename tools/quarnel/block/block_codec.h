@@ -27,7 +27,7 @@ struct BlockDescription {
     uint8_t version = 7;
     uint8_t subVersion = 0;
     uint32_t dataWord = 0;
-    std::array<SingleXyz, 4> primaries{};                 // red, green, blue, white
+    std::array<SingleXyz, 4> primaries{};           // red, green, blue, white
     uint16_t word60 = 0;                            // version 2 on
     std::array<uint8_t, 4> bytes66{};               // version 3 on
     std::array<float, 2> firstWhite{0.3f, 0.315f};  // version 4 on
