@@ -13,7 +13,13 @@
 namespace quarnel {
 namespace {
 
-// Rows red, green, blue, white; columns X, Y, Z.
+// The table for a caller without a usable one. Rows red, green, blue, white;
+// columns X, Y, Z. The primaries are the sRGB colorants as an ICC profile
+// stores them, adapted to the D50 connection white with the Bradford
+// transform, so they sum to D50 (0.9643, 1.0, 0.8251). The white row is the
+// display's own white, sRGB's D65: that is the white a panel without factory
+// data shows, and the one its warm and cold whites are placed around. The
+// solver uses only the primaries' chromaticities, and D65 lies inside them.
 constexpr double kDefaultIcc[4][3] = {
     {0.43607, 0.22249, 0.01392},
     {0.38515, 0.71687, 0.09708},

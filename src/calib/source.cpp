@@ -18,7 +18,6 @@ namespace {
 
 constexpr int32_t kUserFile = 1;
 constexpr int32_t kReadAgain = -1;
-constexpr std::size_t kFlagByte = 297;
 
 // The caller supplies the separator: the folder and the name are joined as they are.
 std::optional<std::string> KalzenPath(const char* kalzenPath, const char* kalzenFilename) {
@@ -202,7 +201,7 @@ int32_t GetBIOS_Data(BiosData& data, uint8_t& flag297, const CctContext& ctx) {
         ProbedBlock none;
         ReadFile(data, path, none);
     }
-    flag297 = data.raw[kFlagByte];
+    flag297 = data.raw[kBlockStepByte];
     return 0;
 }
 

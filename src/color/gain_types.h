@@ -50,11 +50,13 @@ inline constexpr int kGreen = 1;
 inline constexpr int kBlue = 2;
 inline constexpr int kWhite = 3;
 
-// The white that the fixed-target initialisation and the normal-gain re-solve aim at.
+// The white that the fixed-target initialisation and the normal-gain re-solve
+// aim at: the DCI-P3 projector white.
 inline constexpr double kFixedTargetX = 0.314;
 inline constexpr double kFixedTargetY = 0.351;
 
-// The gamma every solve and blend runs with.
+// The gamma every solve and blend runs with: the display response (drive to
+// luminance) that the gains are worked out for, as sRGB-era panels have it.
 inline constexpr double kSolverGamma = 2.2;
 
 // One solve's input and output. Allocate zeroed, fill, call CalcGain, read back.

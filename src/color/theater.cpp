@@ -15,7 +15,6 @@ namespace {
 constexpr double kTheaterWhiteX = 0.3418;
 constexpr double kTheaterWhiteY = 0.3757;
 constexpr double kBoost = 1.05;
-constexpr double kTopLevel = kLutLevels - 1;
 
 // The scaled level is clamped at 255 before half-up, so the boosted limiting
 // channel saturates from input 243 upwards. HalfUp gives 0 for a level that

@@ -10,19 +10,17 @@ namespace quarnel {
 namespace {
 
 constexpr int32_t kUnknownKind = 1;
-constexpr int kTop = kLutLevels - 1;
 
 int MapIndex(uint32_t kind, uint16_t entry) {
-    if (kind == kComposeScaled || kind == kComposeScaledAlt)
-        return std::clamp(HalfUp(entry / kLutFullScale * 255.0), 0, kTop);
-    return std::min<int>(entry, kTop);
+    if (kind != kComposeDirect) return std::clamp(HalfUp(entry / kLutFullScale * kTopLevelScale), 0, kTopLevel);
+    return std::min<int>(entry, kTopLevel);
 }
 
 // Written out rather than std::clamp so that the rule for a gain that is not
 // a number is plain: it passes neither test, and half-up turns it into 0.
 double ClampLevel(double v) {
     if (v < 0.0) return 0.0;
-    if (v > kTop) return kTop;
+    if (v > kTopLevel) return kTopLevel;
     return v;
 }
 

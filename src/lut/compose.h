@@ -7,10 +7,9 @@
 
 namespace quarnel {
 
-// Kinds of ComposeLut: the first two read the map as 8-bit levels (the VX
-// modes use the one, the re-gamma flag the other), the third as plain indices.
+// Kinds of ComposeLut: read the map as 8-bit levels, or as plain indices.
+// Kind 1 is accepted as well and reads the map exactly as kind 0 does.
 inline constexpr uint32_t kComposeScaled = 0;
-inline constexpr uint32_t kComposeScaledAlt = 1;
 inline constexpr uint32_t kComposeDirect = 2;
 
 // out[c][i] = base[c][index] with, for kind 0 or 1, index = half-up of

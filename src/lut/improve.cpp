@@ -8,7 +8,6 @@ namespace {
 
 constexpr int32_t kFetchRetry = -1;
 constexpr int32_t kFetchFailed = -2;
-constexpr int kStepByteOffset = 297;
 constexpr int kVersionWithStep = 7;
 
 Lut8 ReduceTo8Bit(const uint16_t* lut) {
@@ -43,7 +42,7 @@ bool Interpolate(const CctContext& ctx, StepByteFetch fetch, const Lut8& in, Lut
         DebugPrint("GetBIOSData() failed!!!\n");
         return false;
     }
-    DebugPrint("; VOK: Get bios[%d]: %d\n ", kStepByteOffset, step);
+    DebugPrint("; VOK: Get bios[%d]: %d\n ", kBlockStepByte, step);
     if (LutLinInterp8Bit(step, in, out) != 0) {
         DebugPrint("LutLinInterp8Bit() failed!!!\n");
         return false;

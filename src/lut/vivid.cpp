@@ -25,7 +25,7 @@ double VividLevel(int i) {
 Lut16 BuildVividCurve() {
     Lut16 curve{};
     for (int i = 0; i < kLutLevels; ++i) {
-        const int v = TruncToInt(std::clamp(VividLevel(i) + 0.5, 0.0, 255.0));
+        const int v = TruncToInt(std::clamp(VividLevel(i) + 0.5, 0.0, kTopLevelScale));
         for (int c = 0; c < kLutPlanes; ++c) curve[LutIndex(c, i)] = static_cast<uint16_t>(v * kLutStep);
     }
     return curve;
