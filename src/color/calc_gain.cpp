@@ -35,8 +35,6 @@ constexpr double kPerceptualExponent = 0.4;
 constexpr double kPerceptualInverse = 1.0 / kPerceptualExponent;
 static_assert(kPerceptualInverse == 2.5);
 
-constexpr int kColumnY = 1;
-
 Xy Target(const GainSolverState& s) { return {s.targetX, s.targetY}; }
 Xy NativeWhite(const GainSolverState& s) { return {s.point[kWhite].x, s.point[kWhite].y}; }
 
@@ -233,9 +231,9 @@ void CalcGain(GainSolverState& state, GainRequest* request) {
     request->warnFlags |= state.flags;
 }
 
-GainRequest ChromaticityRequest(const double (&rows)[4][3], double x, double y) {
+GainRequest ChromaticityRequest(const XyzTable& rows, double x, double y) {
     GainRequest r;
-    std::copy_n(&rows[0][0], 4 * 3, &r.primaryXyz[0][0]);
+    std::copy_n(&rows.row[0][0], 4 * 3, &r.primaryXyz[0][0]);
     r.targetMode = kTargetChromaticity;
     r.targetX = x;
     r.targetY = y;

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
-// Re-indexing one planar Lut16 (3 x 256) through another, and applying gains
-// to one with the scaled level held inside the plane.
+// Re-indexing one planar Lut16 (3 x 256) through another.
 
 #include <cstdint>
 
@@ -17,12 +16,5 @@ inline constexpr uint32_t kComposeDirect = 2;
 // map entry itself, both clamped to 0..255. Any other kind copies base and
 // returns 1, else 0. out may be base.
 int32_t ComposeLut(uint32_t kind, const uint16_t* map, const uint16_t* base, uint16_t* out);
-
-// out[c][i] = base[c][half-up(clamp(gain[c] x i, 0, 255))]. out may be base.
-void ApplyGainClamped(const double gain[3], const uint16_t* base, uint16_t* out);
-
-// The same for levels other than i: out[c][i] = base[c][half-up(clamp(gain[c]
-// x level[i], 0, 255))].
-void ApplyGainClampedAt(const double level[256], const double gain[3], const uint16_t* base, uint16_t* out);
 
 }  // namespace quarnel

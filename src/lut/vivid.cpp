@@ -4,7 +4,6 @@
 #include <algorithm>
 
 #include "core/half_up.h"
-#include "lut/compose.h"
 
 namespace quarnel {
 namespace {
@@ -31,10 +30,13 @@ Lut16 BuildVividCurve() {
     return curve;
 }
 
-void ApplyVividGains(const double gain[3], const uint16_t* base, uint16_t* out) {
-    double level[kLutLevels];
-    for (int i = 0; i < kLutLevels; ++i) level[i] = VividLevel(i);
-    ApplyGainClampedAt(level, gain, base, out);
+const std::array<double, kLutLevels>& VividLevels() {
+    static const std::array<double, kLutLevels> levels = [] {
+        std::array<double, kLutLevels> l{};
+        for (int i = 0; i < kLutLevels; ++i) l[static_cast<std::size_t>(i)] = VividLevel(i);
+        return l;
+    }();
+    return levels;
 }
 
 }  // namespace quarnel
