@@ -19,9 +19,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
     device.data = data;
     device.size = size;
 
-    auto ctx = std::make_unique<CctContext>();
+    auto factory = std::make_unique<quarnel::FactoryData>();
     quarnel::ToneModel tone;
     quarnel::FactoryTargets targets;
-    quarnel::GetBIOSInfo(*ctx, tone, targets);
+    quarnel::GetBIOSInfo({}, *factory, tone, targets);
     return 0;
 }

@@ -2,7 +2,9 @@
 #include "api/cct_init.h"
 
 #include <algorithm>
+#include <optional>
 
+#include "api/context_values.h"
 #include "calib/bios_info.h"
 #include "calib/error_code.h"
 #include "color/gain_init.h"
@@ -13,7 +15,13 @@
 namespace quarnel {
 namespace {
 
-// Rows red, green, blue, white; columns X, Y, Z.
+// The table for a caller without a usable one. Rows red, green, blue, white;
+// columns X, Y, Z. The primaries are the sRGB colorants as an ICC profile
+// stores them, adapted to the D50 connection white with the Bradford
+// transform, so they sum to D50 (0.9643, 1.0, 0.8251). The white row is the
+// display's own white, sRGB's D65: that is the white a panel without factory
+// data shows, and the one its warm and cold whites are placed around. The
+// solver uses only the primaries' chromaticities, and D65 lies inside them.
 constexpr double kDefaultIcc[4][3] = {
     {0.43607, 0.22249, 0.01392},
     {0.38515, 0.71687, 0.09708},
@@ -37,6 +45,36 @@ void ValidateIcc(CctContext& ctx) {
     }
 }
 
+// GetBIOSInfo on the record: reads fromBios, bios, biosVer, gammaK and
+// gammaLut in and writes them back, with the block's targets and tone model.
+void ReadFactoryData(CctContext& ctx, ToneModel& tone, FactoryTargets& targets) {
+    FactoryData data{ctx.fromBios, TableOf(ctx.bios), ctx.biosVer, ctx.gammaK, {}};
+    std::copy_n(&ctx.gammaLut[0][0], kLutEntries, data.gammaLut.begin());
+    GetBIOSInfo(SourceOf(ctx), data, tone, targets);
+    ctx.fromBios = data.fromBios;
+    std::copy_n(&data.bios.row[0][0], 4 * 3, &ctx.bios[0][0]);
+    ctx.biosVer = data.biosVer;
+    ctx.gammaK = data.gammaK;
+    std::copy(data.gammaLut.begin(), data.gammaLut.end(), &ctx.gammaLut[0][0]);
+}
+
+// Reads fromBios, bios or icc, biosVer, gammaK, lutApiType and the base
+// LUTs; writes the five gain triples, and gammaLut or gammaK for tone data.
+void InitGains(CctContext& ctx, const FactoryTargets& targets, ToneModel& tone, bool useFixedTarget) {
+    const bool fromBios = ctx.fromBios != 0;
+    ModeGains gains =
+        SolveModeGains({TableOf(fromBios ? ctx.bios : ctx.icc), fromBios, ctx.biosVer, targets}, useFixedTarget);
+    if (fromBios && ctx.biosVer == kToneVersion && ctx.gammaK != 0) {
+        if (const std::optional<Lut16> lut = FactoryGammaLut(tone))
+            std::copy(lut->begin(), lut->end(), &ctx.gammaLut[0][0]);
+        else
+            ctx.gammaK = 0;
+    }
+    DebugMessage(L"VOK: Check gain\n");
+    CheckModeGains(gains, ctx.gammaK != 0 ? &ctx.gammaLut[0][0] : &ctx.oriLut[0][0], ctx.lutApiType);
+    StoreGains(gains, ctx);
+}
+
 }  // namespace
 
 int32_t CCT_Init(CctContext& ctx, bool useFixedTarget) {
@@ -50,7 +88,7 @@ int32_t CCT_Init(CctContext& ctx, bool useFixedTarget) {
     ValidateIcc(ctx);
     if (ctx.panelIndex != 0 && ctx.panelIndex != 1) return CCT_ERR_PANEL_INDEX;
 
-    GetBIOSInfo(ctx, tone, targets);
+    ReadFactoryData(ctx, tone, targets);
     DebugPrint("CCTAPI_ERRORCODE = %d\n", static_cast<int>(CctapiErrorCode()));
     InitGains(ctx, targets, tone, useFixedTarget);
     DebugMessage(L"VOK: Exit  CCT_Init()\n");

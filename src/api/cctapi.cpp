@@ -2,7 +2,6 @@
 // CCTAPI: decodes the request code, runs the per-call prologue, hands the
 // request to its handler and closes the call with the epilogue.
 
-#include <array>
 #include <cstring>
 
 #include "api/entry_points.h"
@@ -13,6 +12,7 @@
 #include "diag/debug.h"
 #include "diag/trace.h"
 #include "diag/version.h"
+#include "lut/default_lut.h"
 #include "lut/regamma.h"
 #include "quarnel/cctapi.h"
 
@@ -21,20 +21,8 @@ namespace {
 
 constexpr int32_t kLastLowRequest = 999;
 
-using FloatRamp = std::array<float, kNvFloatsPerArray>;
-
-// i / 1023 in double, stored as float, interleaved red, green, blue.
-FloatRamp BuildIdentityFloatRamp() {
-    FloatRamp ramp{};
-    for (int i = 0; i < kNvPoints; ++i) {
-        const auto f = static_cast<float>(i / 1023.0);
-        for (int c = 0; c < 3; ++c) ramp[static_cast<std::size_t>(i * 3 + c)] = f;
-    }
-    return ramp;
-}
-
 void FillIdentityFloatRamps(CctContext* ctx) {
-    static const FloatRamp ramp = BuildIdentityFloatRamp();
+    const auto& ramp = IdentityFloatRamp();
     static_assert(sizeof(ctx->outNvPreGamma) == sizeof(ramp) && sizeof(ctx->outNvPostGamma) == sizeof(ramp));
     std::memcpy(ctx->outNvPreGamma, ramp.data(), sizeof(ramp));
     std::memcpy(ctx->outNvPostGamma, ramp.data(), sizeof(ramp));

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "api/mode_luts.h"
 
+#include "api/context_values.h"
 #include "color/apply_gains.h"
-#include "color/base_lut.h"
 #include "color/calc_gain.h"
 #include "color/slider.h"
 #include "color/theater.h"
@@ -13,7 +13,7 @@ namespace quarnel {
 namespace {
 
 void RecomputeNormalGains(CctContext& ctx) {
-    GainRequest request = ChromaticityRequest(ctx.bios, kFixedTargetX, kFixedTargetY);
+    GainRequest request = ChromaticityRequest(TableOf(ctx.bios), kFixedTargetX, kFixedTargetY);
     GainSolverState state;
     state.gamma = kSolverGamma;
     CalcGain(state, &request);
@@ -30,13 +30,15 @@ void BlendReading(CctContext& ctx, double t, const double* a, const double* b, G
 
 void BuildGetLut(CctContext& ctx, const RequestArgs& args) {
     if (args.request.gainFlag != 0) RecomputeNormalGains(ctx);
-    BuildSliderLut(ctx);
+    BuildSliderLut(ctx.interval, GainsOf(ctx), ctx.fromBios != 0, BaseLut(ctx), &ctx.outLut[0][0]);
 }
 
-void BuildTheaterModeLut(CctContext& ctx, const RequestArgs& /*args*/) { BuildTheaterLut(ctx); }
+void BuildTheaterModeLut(CctContext& ctx, const RequestArgs& /*args*/) {
+    BuildTheaterLut(TableOf(ctx.fromBios != 0 ? ctx.bios : ctx.icc), BaseLut(ctx), ctx.lutApiType, &ctx.outLut[0][0]);
+}
 
 void BuildVividModeLut(CctContext& ctx, const RequestArgs& /*args*/) {
-    ApplyVividGains(ctx.gainNormal, BaseLut(ctx), &ctx.outLut[0][0]);
+    ApplyGainsAtLevels(VividLevels().data(), ctx.gainNormal, BaseLut(ctx), &ctx.outLut[0][0]);
 }
 
 void BuildReadingStrongLut(CctContext& ctx, const RequestArgs& /*args*/) {

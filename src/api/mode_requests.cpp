@@ -44,7 +44,7 @@ const ModePipeline kModes[] = {
 
 void Regamma(CctContext& ctx, const RequestArgs& args) {
     if (args.request.regammaFlag != 0)
-        ComposeLut(kComposeScaledAlt, args.regammaCurve, &ctx.outLut[0][0], &ctx.outLut[0][0]);
+        ComposeLut(kComposeScaled, args.regammaCurve, &ctx.outLut[0][0], &ctx.outLut[0][0]);
 }
 
 int32_t RunInitGain(CctContext& ctx, const RequestArgs& args) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "api/pipeline_steps.h"
 
+#include "api/context_values.h"
 #include "core/constants.h"
 #include "core/lut16.h"
 #include "lut/bright_ctrl.h"
@@ -9,7 +10,7 @@
 
 namespace quarnel {
 
-void ImproveLut(const CctContext& ctx, uint16_t* lut) { LutImprove(ctx, lut, FetchStepByte); }
+void ImproveLut(const CctContext& ctx, uint16_t* lut) { LutImprove(ctx.biosVer, SourceOf(ctx), lut, FetchStepByte); }
 
 void BrightenOutLut(CctContext& ctx) {
     LutBrightCtrl(&ctx.outLut[0][0], static_cast<uint32_t>(ctx.lutApiType), ctx.lutDcModeScale);

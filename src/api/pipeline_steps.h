@@ -5,13 +5,14 @@
 
 #include <cstdint>
 
+#include "core/calibration_source.h"
 #include "quarnel/cctapi.h"
 
 namespace quarnel {
 
-// Reads the interpolation step (byte 297 of the calibration block) from the
-// context's calibration source on a reader made for this one fetch.
-int32_t FetchStepByte(const CctContext& ctx, uint8_t& step);
+// Reads the interpolation step (byte 297 of the calibration block) from
+// `source` on a reader made for this one fetch.
+int32_t FetchStepByte(const CalibrationSource& source, uint8_t& step);
 
 // LutImprove with the step read from the calibration source; its result is
 // not looked at.

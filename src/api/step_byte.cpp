@@ -9,9 +9,9 @@
 
 namespace quarnel {
 
-int32_t FetchStepByte(const CctContext& ctx, uint8_t& step) {
+int32_t FetchStepByte(const CalibrationSource& source, uint8_t& step) {
     auto reader = std::make_unique<BiosData>();
-    const int32_t result = GetBIOS_Data(*reader, step, ctx);
+    const int32_t result = GetBIOS_Data(*reader, step, source);
     Close(std::move(reader));
     return result;
 }

@@ -52,6 +52,9 @@ struct BiosData {
     int32_t cursor = 0;
     int32_t length = 0;
     std::vector<uint8_t> raw;  // the block, kBlockSize bytes once read
+    // The block that Open's probe of the file read: the next GetData takes it
+    // instead of reading the file again.
+    std::optional<std::vector<uint8_t>> probedBlock;
 };
 
 }  // namespace quarnel

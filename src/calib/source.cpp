@@ -12,25 +12,18 @@
 #include "calib/error_code.h"
 #include "calib/firmware_reader.h"
 #include "diag/debug.h"
+#include "quarnel/cctapi.h"
 
 namespace quarnel {
 namespace {
 
 constexpr int32_t kUserFile = 1;
 constexpr int32_t kReadAgain = -1;
-constexpr std::size_t kFlagByte = 297;
 
 // The caller supplies the separator: the folder and the name are joined as they are.
 std::optional<std::string> KalzenPath(const char* kalzenPath, const char* kalzenFilename) {
     if (kalzenPath == nullptr || kalzenFilename == nullptr) return std::nullopt;
     return std::string(kalzenPath) + kalzenFilename;
-}
-
-bool CanOpen(const std::string& path) {
-    std::FILE* file = std::fopen(path.c_str(), "rb");
-    if (file == nullptr) return false;
-    std::fclose(file);
-    return true;
 }
 
 // The block a successful probe of the user file has already read, so that
@@ -115,16 +108,8 @@ void CheckBlock(BiosData& data, int32_t enableUserK) {
     if (data.version >= 5 && !CheckToneCrc(data)) Reject(data, kBiosToneCrcError, enableUserK);
 }
 
-// The record for a path that is known to open (or not).
-std::unique_ptr<BiosData> LoadedBios(const char* path, bool opens) {
-    DebugPrint("CCTLoadBIOS = %s \n", path);
-    auto data = std::make_unique<BiosData>();
-    if (opens) data->path = path;
-    return data;
-}
-
-// A file that opens is read here once; `probed` then holds its block.
-std::unique_ptr<BiosData> ProbeUserFile(const char* kalzenPath, const char* kalzenFilename, ProbedBlock& probed) {
+// A file that opens is read here once, and the record keeps its block.
+std::unique_ptr<BiosData> ProbeUserFile(const char* kalzenPath, const char* kalzenFilename) {
     const std::optional<std::string> path = KalzenPath(kalzenPath, kalzenFilename);
     if (!path) {
         DebugMessage(L"VOK: Kalzen Path catch\n");
@@ -137,19 +122,48 @@ std::unique_ptr<BiosData> ProbeUserFile(const char* kalzenPath, const char* kalz
         DebugMessage(L"VOK: Kalzen Path -3\n");
         return std::make_unique<BiosData>();
     }
-    probed = std::move(block);
-    auto data = LoadedBios(path->c_str(), true);
+    auto data = CCTLoadBIOS(path->c_str(), std::move(block));
     DebugMessage(L"VOK: Kalzen Path OK\n");
     return data;
 }
 
-int32_t ReadAndCheck(BiosData& data, int32_t enableUserK, const char* kalzenPath, const char* kalzenFilename,
-                     int32_t panelIndex, ProbedBlock& probed) {
+}  // namespace
+
+std::unique_ptr<BiosData> CCTLoadBIOS(const char* path, ProbedBlock probed) {
+    if (path == nullptr) {
+        DebugPrint("BIOS Raw file is not valid.\n");
+        std::exit(0);  // a record without a path is not worth going on for
+    }
+    DebugPrint("CCTLoadBIOS = %s \n", path);
+    auto data = std::make_unique<BiosData>();
+    if (probed) {
+        data->path = path;
+        data->probedBlock = std::move(probed);
+    }
+    return data;
+}
+
+std::unique_ptr<BiosData> Open(int32_t enableUserK, const char* kalzenPath, const char* kalzenFilename,
+                               int32_t panelIndex) {
+    DebugMessage(L"VOK: Enter Open()\n");
+    std::unique_ptr<BiosData> data =
+        enableUserK == kUserFile ? ProbeUserFile(kalzenPath, kalzenFilename) : std::make_unique<BiosData>();
+    if (GetData(*data, enableUserK, kalzenPath, kalzenFilename, panelIndex) == kReadAgain &&
+        GetData(*data, enableUserK, kalzenPath, kalzenFilename, panelIndex) == kReadAgain)
+        return nullptr;
+    if (data->BiosDataStatus != kBiosOk) return nullptr;
+    DebugMessage(L"VOK: Exit Open()\n");
+    return data;
+}
+
+// Any non-zero enableUserK reads the file here, where Open probes it only for 1.
+int32_t GetData(BiosData& data, int32_t enableUserK, const char* kalzenPath, const char* kalzenFilename,
+                int32_t panelIndex) {
     DebugMessage(L"VOK: Enter GetData()\n");
     FreshBlock(data);
     CollectEdidBlocks(data);
     if (enableUserK != 0) {
-        ReadUserFile(data, kalzenPath, kalzenFilename, probed);
+        ReadUserFile(data, kalzenPath, kalzenFilename, data.probedBlock);
     } else {
         ReadFirmware(data, panelIndex);
     }
@@ -160,49 +174,18 @@ int32_t ReadAndCheck(BiosData& data, int32_t enableUserK, const char* kalzenPath
     return 0;
 }
 
-}  // namespace
-
-std::unique_ptr<BiosData> CCTLoadBIOS(const char* path) {
-    if (path == nullptr) {
-        DebugPrint("BIOS Raw file is not valid.\n");
-        std::exit(0);  // a record without a path is not worth going on for
-    }
-    return LoadedBios(path, CanOpen(path));
-}
-
-std::unique_ptr<BiosData> Open(int32_t enableUserK, const char* kalzenPath, const char* kalzenFilename,
-                               int32_t panelIndex) {
-    DebugMessage(L"VOK: Enter Open()\n");
-    ProbedBlock probed;
-    std::unique_ptr<BiosData> data =
-        enableUserK == kUserFile ? ProbeUserFile(kalzenPath, kalzenFilename, probed) : std::make_unique<BiosData>();
-    if (ReadAndCheck(*data, enableUserK, kalzenPath, kalzenFilename, panelIndex, probed) == kReadAgain &&
-        ReadAndCheck(*data, enableUserK, kalzenPath, kalzenFilename, panelIndex, probed) == kReadAgain)
-        return nullptr;
-    if (data->BiosDataStatus != kBiosOk) return nullptr;
-    DebugMessage(L"VOK: Exit Open()\n");
-    return data;
-}
-
-// Any non-zero enableUserK reads the file here, where Open probes it only for 1.
-int32_t GetData(BiosData& data, int32_t enableUserK, const char* kalzenPath, const char* kalzenFilename,
-                int32_t panelIndex) {
-    ProbedBlock none;
-    return ReadAndCheck(data, enableUserK, kalzenPath, kalzenFilename, panelIndex, none);
-}
-
-int32_t GetBIOS_Data(BiosData& data, uint8_t& flag297, const CctContext& ctx) {
+int32_t GetBIOS_Data(BiosData& data, uint8_t& flag297, const CalibrationSource& source) {
     FreshBlock(data);
-    if (ctx.enableUserK != kUserFile) {
-        ReadFirmware(data, ctx.panelIndex);
+    if (source.enableUserK != kUserFile) {
+        ReadFirmware(data, source.panelIndex);
     } else {
-        const std::optional<std::string> path = KalzenPath(ctx.kalzenPath, ctx.kalzenFilename);
+        const std::optional<std::string> path = KalzenPath(source.kalzenPath, source.kalzenFilename);
         DebugPrint("GetBIOS_Data path = %s \n", path ? path->c_str() : "");
         data.cursor = 0;
         ProbedBlock none;
         ReadFile(data, path, none);
     }
-    flag297 = data.raw[kFlagByte];
+    flag297 = data.raw[kBlockStepByte];
     return 0;
 }
 

@@ -6,9 +6,11 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
+#include <vector>
 
 #include "calib/bios_data.h"
-#include "quarnel/cctapi.h"
+#include "core/calibration_source.h"
 
 namespace quarnel {
 
@@ -17,19 +19,20 @@ namespace quarnel {
 std::unique_ptr<BiosData> Open(int32_t enableUserK, const char* kalzenPath, const char* kalzenFilename,
                                int32_t panelIndex);
 
-// An empty record for the file at `path` (its path kept when the file opens).
-// A null path is fatal to the process.
-std::unique_ptr<BiosData> CCTLoadBIOS(const char* path);
+// An empty record for the file at `path`, given the block a probe read from
+// it (nothing when the file did not open): the path and the block are kept
+// when it opened. A null path is fatal to the process.
+std::unique_ptr<BiosData> CCTLoadBIOS(const char* path, std::optional<std::vector<uint8_t>> probed);
 
 // Reads the block (from the file when enableUserK is non-zero, else from the
-// firmware with panelIndex as method) with the EDID blocks, then parses and
-// checks it. -1 when the file could not be opened, else 0; the outcome is in
-// BiosDataStatus.
+// firmware with panelIndex as method; a block the record's probe already read
+// is taken as it is) with the EDID blocks, then parses and checks it. -1 when the file could not be opened, else 0; the
+// outcome is in BiosDataStatus.
 int32_t GetData(BiosData& data, int32_t enableUserK, const char* kalzenPath, const char* kalzenFilename,
                 int32_t panelIndex);
 
 // Reads the block without parsing it and hands out its byte 297. Always 0.
-int32_t GetBIOS_Data(BiosData& data, uint8_t& flag297, const CctContext& ctx);
+int32_t GetBIOS_Data(BiosData& data, uint8_t& flag297, const CalibrationSource& source);
 
 // Releases the record with its block, LUT string and EDID blocks.
 void Close(std::unique_ptr<BiosData> data);

@@ -21,9 +21,9 @@ void ApplyAndRecord(GainSolverState& state, const double gain[3], const uint16_t
     state.maxGain = std::max({gain[0], gain[1], gain[2]});
 }
 
-}  // namespace
-
-void ApplyGainsToLut(const uint16_t* src, const double gain[3], uint16_t* dst) {
+// `level(i)` is the input level that gains scale at entry i.
+template <typename Level>
+void Apply(Level level, const double gain[3], const uint16_t* src, uint16_t* dst) {
     Lut16 base;  // a copy only when src and dst share memory
     const uint16_t* from = src;
     if (Overlaps(src, dst)) {
@@ -35,8 +35,18 @@ void ApplyGainsToLut(const uint16_t* src, const double gain[3], uint16_t* dst) {
         uint16_t* out = dst + LutIndex(c, 0);
         // half-up of the scaled level, kept inside the plane: an index past
         // either end reads the nearer end instead of memory outside the table.
-        for (int i = 0; i < kLutLevels; ++i) out[i] = plane[HalfUpWithin(i * gain[c], kLutLevels - 1)];
+        for (int i = 0; i < kLutLevels; ++i) out[i] = plane[HalfUpWithin(level(i) * gain[c], kTopLevel)];
     }
+}
+
+}  // namespace
+
+void ApplyGainsToLut(const uint16_t* src, const double gain[3], uint16_t* dst) {
+    Apply([](int i) { return static_cast<double>(i); }, gain, src, dst);
+}
+
+void ApplyGainsAtLevels(const double level[256], const double gain[3], const uint16_t* src, uint16_t* dst) {
+    Apply([level](int i) { return level[i]; }, gain, src, dst);
 }
 
 void BlendGains(GainSolverState& state, double t, const double a[3], const double b[3], const uint16_t* src,

@@ -14,6 +14,10 @@ namespace quarnel {
 // outside the table. `src` and `dst` may be the same table.
 void ApplyGainsToLut(const uint16_t* src, const double gain[3], uint16_t* dst);
 
+// The same with the gains scaling other input levels than i: dst[c][i] =
+// src[c][half-up(level[i] x gain[c])], held inside the plane likewise.
+void ApplyGainsAtLevels(const double level[256], const double gain[3], const uint16_t* src, uint16_t* dst);
+
 // Applies (1 - t) x a + t x b to `src` into `dst` and leaves the largest of
 // the three gains in state.maxGain. A t outside 0..1 (or not a number) is
 // clamped to the nearer bound (0 for not a number) and sets 0x20000. Sets

@@ -24,12 +24,16 @@ constexpr double kSearchMinResultY = 1.0;
 constexpr double kSearchResolution = 0.0005;
 constexpr double kPercent = 100.0;
 
+// The perceptual luminance floor: brightness is taken to follow luminance to
+// the power 0.4 (a Stevens-type power law, between CIE L*'s cube root and a
+// square root), and a solve may lose as much of it as a white dimmed from
+// 220 to 190 cd/m2 does, wherever the panel's native white lies:
+//   floor = (Y^0.4 - (220^0.4 - 190^0.4))^2.5, 2.5 being 1 / 0.4.
 constexpr double kPerceptualHigh = 220.0;
 constexpr double kPerceptualLow = 190.0;
 constexpr double kPerceptualExponent = 0.4;
-constexpr double kPerceptualInverse = 2.5;
-
-constexpr int kColumnY = 1;
+constexpr double kPerceptualInverse = 1.0 / kPerceptualExponent;
+static_assert(kPerceptualInverse == 2.5);
 
 Xy Target(const GainSolverState& s) { return {s.targetX, s.targetY}; }
 Xy NativeWhite(const GainSolverState& s) { return {s.point[kWhite].x, s.point[kWhite].y}; }
@@ -227,9 +231,9 @@ void CalcGain(GainSolverState& state, GainRequest* request) {
     request->warnFlags |= state.flags;
 }
 
-GainRequest ChromaticityRequest(const double (&rows)[4][3], double x, double y) {
+GainRequest ChromaticityRequest(const XyzTable& rows, double x, double y) {
     GainRequest r;
-    std::copy_n(&rows[0][0], 4 * 3, &r.primaryXyz[0][0]);
+    std::copy_n(&rows.row[0][0], 4 * 3, &r.primaryXyz[0][0]);
     r.targetMode = kTargetChromaticity;
     r.targetX = x;
     r.targetY = y;

@@ -15,6 +15,6 @@ void CalcGain(GainSolverState& state, GainRequest* request);
 
 // A request for the white (x, y) on the measurement rows (red, green, blue,
 // white; X, Y, Z): offset daylight locus, no luminance floor, no LUT.
-GainRequest ChromaticityRequest(const double (&rows)[4][3], double x, double y);
+GainRequest ChromaticityRequest(const XyzTable& rows, double x, double y);
 
 }  // namespace quarnel

@@ -12,7 +12,6 @@ namespace {
 
 constexpr double kLowThreshold = 0.4;   // the driver takes the LUT as it stands
 constexpr double kHighThreshold = 0.5;  // every other driver interface
-constexpr int kTopLevel = kLutLevels - 1;
 
 int Threshold(int32_t lutApiType) {
     const bool low =

@@ -6,7 +6,11 @@
 namespace quarnel {
 namespace {
 
-// McCamy's epicentre and the system's own cubic (not the published set).
+// McCamy's approximation of the correlated colour temperature (Color Res.
+// Appl. 17, 1992): the isotemperature lines meet near the epicentre
+// (0.3320, 0.1858), and the CCT is a cubic in the inverse slope n from it.
+// The published cubic is 449 n^3 + 3525 n^2 + 6823.3 n + 5520.33; the system
+// uses its own rounded set below, and every CCT it reports rests on them.
 constexpr double kEpicentreX = 0.332;
 constexpr double kEpicentreY = 0.1858;
 constexpr double kCubic3 = 437.0;

@@ -5,14 +5,13 @@
 #include <cmath>
 
 #include "core/half_up.h"
+#include "core/lut16.h"
 #include "core/srgb.h"
 #include "diag/debug.h"
 
 namespace quarnel {
 namespace {
 
-constexpr int kTop = 255;
-constexpr double kFullScale = 255.0;
 constexpr int kLastLevel = kToneLevelCount - 1;
 constexpr int kExponentCandidates = 1000;
 constexpr double kExponentStep = 100.0;
@@ -46,9 +45,9 @@ double Measured(const ToneChannel& tone, int level, int column) {
 double SegmentFraction(const Segment& seg, int code) {
     const int from = kToneLevels[static_cast<std::size_t>(seg.level)];
     const int to = kToneLevels[static_cast<std::size_t>(seg.level + 1)];
-    const double t = HalfUp((code - from) * kFullScale / (to - from));
+    const double t = HalfUp((code - from) * kTopLevelScale / (to - from));
     if (seg.exponent == 0.0) return kQuad2 * t * t + kQuad1 * t + kQuad0;
-    return std::pow(t / kFullScale, seg.exponent);
+    return std::pow(t / kTopLevelScale, seg.exponent);
 }
 
 // s / 12.92 below 0.04045, else ((s + 0.055) / 1.055)^2.4; no level i / 255
@@ -67,21 +66,21 @@ int NearestCode(const ResponseCurve& curve, int column, double aim, int k) {
     if (d > 0.0)
         while (k >= 1 && miss(k - 1) < miss(k)) --k;
     else if (d < 0.0)
-        while (k < kTop && miss(k + 1) < miss(k)) ++k;
+        while (k < kTopLevel && miss(k + 1) < miss(k)) ++k;
     return k;
 }
 
 using ChannelTable = std::array<int32_t, 256>;
 
 ChannelTable MixColumns(const ResponseCurve& curve, const ColumnLookup& lookup) {
-    const auto& full = curve[kTop];
+    const auto& full = curve[kTopLevel];
     const double sum = full[0] + full[1] + full[2];
     const double x = full[0] / sum;
     const double y = full[1] / sum;
     const double z = full[2] / sum;
     ChannelTable out{};
     for (std::size_t i = 0; i < out.size(); ++i)
-        out[i] = std::clamp(HalfUp(x * lookup[i][0] + y * lookup[i][1] + z * lookup[i][2]), 0, kTop);
+        out[i] = std::clamp(HalfUp(x * lookup[i][0] + y * lookup[i][1] + z * lookup[i][2]), 0, kTopLevel);
     return out;
 }
 
@@ -138,11 +137,11 @@ ResponseCurve BuildResponseCurve(const ToneChannel& tone) {
 ColumnLookup InvertResponseCurve(const ResponseCurve& curve, const ColumnExponents& exponents, double targetGamma) {
     ColumnLookup lookup{};
     for (int c = 0; c < 3; ++c) {
-        const double full = curve[kTop][static_cast<std::size_t>(c)];
-        for (int i = 0; i <= kTop; ++i) {
-            const double aim = TargetLinear(i / kFullScale, targetGamma) * full;
-            const double start = std::pow(aim / full, 1.0 / exponents[static_cast<std::size_t>(c)]) * kFullScale;
-            const int k = NearestCode(curve, c, aim, std::clamp(HalfUp(start), 0, kTop));
+        const double full = curve[kTopLevel][static_cast<std::size_t>(c)];
+        for (int i = 0; i <= kTopLevel; ++i) {
+            const double aim = TargetLinear(i / kTopLevelScale, targetGamma) * full;
+            const double start = std::pow(aim / full, 1.0 / exponents[static_cast<std::size_t>(c)]) * kTopLevelScale;
+            const int k = NearestCode(curve, c, aim, std::clamp(HalfUp(start), 0, kTopLevel));
             lookup[static_cast<std::size_t>(i)][static_cast<std::size_t>(c)] = k;
         }
     }

@@ -7,6 +7,9 @@
 
 namespace quarnel {
 
+// Calibration data from this version on carries white targets of its own.
+inline constexpr int32_t kTargetsVersion = 4;
+
 // Presets the gain initialisation writes before the calibration data is read.
 inline constexpr double kPresetFirstWhiteX = 0.304670011;
 inline constexpr double kPresetFirstWhiteY = 0.319584911;

@@ -16,18 +16,13 @@ namespace {
 // Data before version 4 carries no white target of its own. Its normal
 // white takes this x for both coordinates: the panels of those versions have
 // always been tuned toward that point, so it stays.
-constexpr int32_t kTargetsVersion = 4;
 constexpr double kOldDefaultWhite = 0.304670011;
-constexpr int32_t kToneVersion = 5;
 constexpr Xy kFixedTarget{kFixedTargetX, kFixedTargetY};
 constexpr int32_t kSliderSpanKelvin = 1000;
-constexpr int kColumnY = 1;
 
-using Rows = double[4][3];
-
-GainRequest RequestFor(const Rows& rows) {
+GainRequest RequestFor(const XyzTable& rows) {
     GainRequest r;
-    std::copy_n(&rows[0][0], 4 * 3, &r.primaryXyz[0][0]);
+    std::copy_n(&rows.row[0][0], 4 * 3, &r.primaryXyz[0][0]);
     r.locus = kLocusOffsetDaylight;
     r.lumMode = kFloorNone;
     return r;
@@ -46,111 +41,109 @@ void SetTarget(GainRequest& r, Xy p) {
 }
 
 // Solves, prints the status words under `name` when one is given, and keeps the gains.
-void Solve(GainSolverState& s, GainRequest& r, const char* name, double out[3]) {
+void Solve(GainSolverState& s, GainRequest& r, const char* name, GainTriple& out) {
     CalcGain(s, &r);
     if (name != nullptr)
         DebugPrint("; VOK: %s Gain E(%d) W(%d)\n", name, static_cast<int>(r.errorFlags), static_cast<int>(r.warnFlags));
-    std::copy_n(r.gain, 3, out);
+    std::copy_n(r.gain, 3, out.begin());
 }
 
-void SolveNormal(CctContext& ctx, const FactoryTargets& targets, bool useFixedTarget, GainSolverState& s) {
-    GainRequest r = RequestFor(ctx.bios);
-    if (ctx.biosVer < kTargetsVersion) {
+void SolveNormal(const GainInitInput& in, bool useFixedTarget, GainSolverState& s, ModeGains& gains) {
+    GainRequest r = RequestFor(in.rows);
+    if (in.biosVer < kTargetsVersion) {
         SetTarget(r, {kOldDefaultWhite, kOldDefaultWhite});
         r.lumMode = kFloorPerceptual;
     } else {
-        SetTarget(r, {targets.defaultWhite[0], targets.defaultWhite[1]});
+        SetTarget(r, {in.targets.defaultWhite[0], in.targets.defaultWhite[1]});
         r.lumMode = kFloorDrop;
-        r.lumDrop = ctx.bios[kWhite][kColumnY] - targets.targetLuminance;
+        r.lumDrop = in.rows.row[kWhite][kColumnY] - in.targets.targetLuminance;
     }
     if (useFixedTarget) {
         SetTarget(r, kFixedTarget);
-        if (ctx.biosVer >= kTargetsVersion) r.lumMode = kFloorNone;
+        if (in.biosVer >= kTargetsVersion) r.lumMode = kFloorNone;
     }
-    Solve(s, r, "DEF", ctx.gainNormal);
+    Solve(s, r, "DEF", gains.normal);
 }
 
 // Warm and cold lie 1000 K either side of the normal white's temperature,
 // which the solver always reports inside 2222..13000 K.
-void SolveSliderEnds(CctContext& ctx, int32_t normalCct, GainSolverState& s) {
-    GainRequest r = RequestFor(ctx.bios);
+void SolveSliderEnds(const XyzTable& rows, int32_t normalCct, GainSolverState& s, ModeGains& gains) {
+    GainRequest r = RequestFor(rows);
     r.targetMode = kTargetAbsoluteCct;
     r.targetCct = normalCct - kSliderSpanKelvin;
-    Solve(s, r, "Warm", ctx.gainWarm);
+    Solve(s, r, "Warm", gains.warm);
     r.warnFlags = r.errorFlags = 0;
     r.targetCct = normalCct + kSliderSpanKelvin;
-    Solve(s, r, "Cold", ctx.gainCold);
+    Solve(s, r, "Cold", gains.cold);
 }
 
-void SolveReading(CctContext& ctx, const Rows& rows, const ReadingTargets& t, GainSolverState& s, bool print) {
+void SolveReading(const XyzTable& rows, const ReadingTargets& t, GainSolverState& s, bool print, ModeGains& gains) {
     GainRequest r = RequestFor(rows);
     SetTarget(r, t.weak);
-    Solve(s, r, print ? "RdW" : nullptr, ctx.gainReadWeak);
+    Solve(s, r, print ? "RdW" : nullptr, gains.readWeak);
     r.warnFlags = r.errorFlags = 0;
     SetTarget(r, t.strong);
-    Solve(s, r, print ? "RdS" : nullptr, ctx.gainReadStrong);
+    Solve(s, r, print ? "RdS" : nullptr, gains.readStrong);
 }
 
-void BuildGammaLut(CctContext& ctx, ToneModel& tone) {
-    if (BuildFactoryGammaTable(tone) != 0) {
-        ctx.gammaK = 0;
-        return;
-    }
-    for (int c = 0; c < kLutPlanes; ++c)
-        for (int i = 0; i < kLutLevels; ++i)
-            ctx.gammaLut[c][i] = static_cast<uint16_t>(
-                tone.gammaTable[static_cast<std::size_t>(i)][static_cast<std::size_t>(c)] * kLutStep);
-}
-
-void InitFromFactory(CctContext& ctx, const FactoryTargets& targets, ToneModel& tone, bool useFixedTarget) {
+ModeGains SolveFromFactory(const GainInitInput& in, bool useFixedTarget) {
     DebugMessage(L"VOK: Has Factory Calibration Data\n");
+    ModeGains gains;
     GainSolverState normal = NewState();
     GainSolverState other = NewState();
-    SolveNormal(ctx, targets, useFixedTarget, normal);
-    SolveSliderEnds(ctx, normal.cct, other);
+    SolveNormal(in, useFixedTarget, normal, gains);
+    SolveSliderEnds(in.rows, normal.cct, other, gains);
 
     other.flags = 0;
     ReadingTargets reading;
     CalcReadingTargets({normal.targetX, normal.targetY}, kReadingLineStart, kReadingLineEnd, reading);
-    SolveReading(ctx, ctx.bios, reading, other, true);
-
-    if (ctx.biosVer == kToneVersion && ctx.gammaK != 0) BuildGammaLut(ctx, tone);
+    SolveReading(in.rows, reading, other, true, gains);
+    return gains;
 }
 
-void InitFromIcc(CctContext& ctx) {
+ModeGains SolveFromTable(const XyzTable& rows) {
     DebugMessage(L"VOK: No Factory Calibration Data\n");
+    ModeGains gains;
     GainSolverState s = NewState();
-    GainRequest r = RequestFor(ctx.icc);
+    GainRequest r = RequestFor(rows);
     r.targetMode = kTargetNativeOffset;
     DebugMessage(L"VOK: Calculate Warm gain\n");
     r.cctOffset = -kSliderSpanKelvin;
-    Solve(s, r, nullptr, ctx.gainWarm);
+    Solve(s, r, nullptr, gains.warm);
     DebugMessage(L"VOK: Calculate Cold gain\n");
     r.cctOffset = kSliderSpanKelvin;
-    Solve(s, r, nullptr, ctx.gainCold);
-    std::fill_n(ctx.gainNormal, 3, 1.0);
+    Solve(s, r, nullptr, gains.cold);
+    gains.normal.fill(1.0);
 
     DebugMessage(L"VOK: Calculate Read mode target\n");
-    const double* white = ctx.icc[kWhite];
+    const double* white = rows.row[kWhite];
     const double sum = white[0] + white[1] + white[2];
     ReadingTargets reading;
     CalcReadingTargets({white[0] / sum, white[1] / sum}, kReadingLineStart, kReadingLineEnd, reading);
     DebugMessage(L"VOK: Calculate Read mode gain\n");
-    SolveReading(ctx, ctx.icc, reading, s, false);
+    SolveReading(rows, reading, s, false, gains);
+    return gains;
 }
 
 }  // namespace
 
-void InitGains(CctContext& ctx, const FactoryTargets& targets, ToneModel& tone, bool useFixedTarget) {
-    if (ctx.fromBios != 0)
-        InitFromFactory(ctx, targets, tone, useFixedTarget);
-    else
-        InitFromIcc(ctx);
+ModeGains SolveModeGains(const GainInitInput& in, bool useFixedTarget) {
+    return in.fromBios ? SolveFromFactory(in, useFixedTarget) : SolveFromTable(in.rows);
+}
 
-    DebugMessage(L"VOK: Check gain\n");
-    const uint16_t* base = ctx.gammaK != 0 ? &ctx.gammaLut[0][0] : &ctx.oriLut[0][0];
-    for (double* gain : {ctx.gainWarm, ctx.gainCold, ctx.gainNormal, ctx.gainReadWeak, ctx.gainReadStrong})
-        CheckGain(gain, base, ctx.lutApiType);
+std::optional<Lut16> FactoryGammaLut(ToneModel& tone) {
+    if (BuildFactoryGammaTable(tone) != 0) return std::nullopt;
+    Lut16 lut;
+    for (int c = 0; c < kLutPlanes; ++c)
+        for (int i = 0; i < kLutLevels; ++i)
+            lut[LutIndex(c, i)] = static_cast<uint16_t>(
+                tone.gammaTable[static_cast<std::size_t>(i)][static_cast<std::size_t>(c)] * kLutStep);
+    return lut;
+}
+
+void CheckModeGains(ModeGains& gains, const uint16_t* base, int32_t lutApiType) {
+    for (GainTriple* g : {&gains.warm, &gains.cold, &gains.normal, &gains.readWeak, &gains.readStrong})
+        CheckGain(g->data(), base, lutApiType);
 }
 
 }  // namespace quarnel

@@ -3,6 +3,7 @@
 // The records of one white-point solve: the caller's request and the solver's
 // working state, and the status bits the solver reports in them.
 
+#include <array>
 #include <cstdint>
 
 namespace quarnel {
@@ -49,13 +50,34 @@ inline constexpr int kRed = 0;
 inline constexpr int kGreen = 1;
 inline constexpr int kBlue = 2;
 inline constexpr int kWhite = 3;
+// The luminance column of a row (X, Y, Z).
+inline constexpr int kColumnY = 1;
 
-// The white that the fixed-target initialisation and the normal-gain re-solve aim at.
+// The white that the fixed-target initialisation and the normal-gain re-solve
+// aim at: the DCI-P3 projector white.
 inline constexpr double kFixedTargetX = 0.314;
 inline constexpr double kFixedTargetY = 0.351;
 
-// The gamma every solve and blend runs with.
+// The gamma every solve and blend runs with: the display response (drive to
+// luminance) that the gains are worked out for, as sRGB-era panels have it.
 inline constexpr double kSolverGamma = 2.2;
+
+// Red, green and blue gains; each normally in 0..1 with the limiting one at 1.0.
+using GainTriple = std::array<double, 3>;
+
+// A measurement table: rows red, green, blue, white; columns X, Y, Z at full drive.
+struct XyzTable {
+    double row[4][3] = {};
+};
+
+// The five gain triples the initialisation solves and every LUT request uses.
+struct ModeGains {
+    GainTriple normal{};
+    GainTriple warm{};
+    GainTriple cold{};
+    GainTriple readWeak{};
+    GainTriple readStrong{};
+};
 
 // One solve's input and output. Allocate zeroed, fill, call CalcGain, read back.
 struct GainRequest {

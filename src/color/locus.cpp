@@ -7,6 +7,15 @@
 namespace quarnel {
 namespace {
 
+// The loci, as approximations of published curves (T in kelvin):
+// - CIE daylight locus (CIE 15:2004): x as a cubic in 1/T over 4000..7000 K
+//   and 7000..25000 K, then y = -3 x^2 + 2.87 x - 0.275.
+// - Planckian locus: the cubic spline of Kim et al. (2002), x as a cubic in
+//   1/T over 1667..4000 K and 4000..25000 K, y as a cubic in x over
+//   1667..2222, 2222..4000 and 4000..25000 K. The second low-range x
+//   coefficient is 0.234358 here (published 0.2343589); the system's value.
+// - CIE 1960 UCS (u, v) = (4x, 6y) / (-2x + 12y + 3), where the offset
+//   daylight locus is formed.
 constexpr int32_t kDaylightMin = 4000;
 constexpr int32_t kDaylightMax = 25000;
 constexpr int32_t kDaylightKnee = 7000;
@@ -16,6 +25,9 @@ constexpr int32_t kPlanckianWarmY = 2222;  // last kelvin of the warmest y polyn
 constexpr int32_t kPlanckianKnee = 4000;
 constexpr double kPlanckianXMin = 4000.0;
 constexpr double kPlanckianXMax = 25000.0;
+// How far beyond the daylight point, away from the Planckian locus, the
+// offset daylight locus runs: 0.003 in (u, v), about the width of the band
+// of whites that still read as neutral.
 constexpr double kDaylightOffsetUv = 0.003;
 
 int32_t ClampFlagged(GainSolverState& state, int32_t v, int32_t lo, int32_t hi, uint32_t belowBit, uint32_t aboveBit) {

@@ -4,7 +4,6 @@
 #include <algorithm>
 
 #include "color/apply_gains.h"
-#include "color/base_lut.h"
 #include "core/lut16.h"
 
 namespace quarnel {
@@ -16,27 +15,45 @@ constexpr double kColdEnd = 1.5;
 
 }  // namespace
 
-int32_t BuildSliderLut(CctContext& ctx) {
-    double v = ctx.interval;
+// The request's blend weighs the two triples, (1 - s) x normal + s x end;
+// the VX modes' line runs from the end toward normal. The two are the same
+// line but round differently, and each request keeps its own rounding.
+int32_t BuildSliderLut(double interval, const ModeGains& gains, bool fromBios, const uint16_t* base, uint16_t* out) {
+    double v = interval;
     if (v > kColdEnd || v < kWarmEnd) v = kNormal;
     const double s = 2.0 * (v - kNormal);  // -1 at the warm end, 1 at the cold end
 
     GainSolverState state;
-    const uint16_t* base = BaseLut(ctx);
-    uint16_t* out = &ctx.outLut[0][0];
     // The three tests are made as written: an interval that is not a number
-    // passes none of them and leaves outLut as it is.
+    // passes none of them and leaves `out` as it is.
     if (s > 0.0) {
-        BlendGains(state, s, ctx.gainNormal, ctx.gainCold, base, out);
+        BlendGains(state, s, gains.normal.data(), gains.cold.data(), base, out);
     } else if (s < 0.0) {
-        BlendGains(state, -s, ctx.gainNormal, ctx.gainWarm, base, out);
+        BlendGains(state, -s, gains.normal.data(), gains.warm.data(), base, out);
     } else if (s == 0.0) {
-        if (ctx.fromBios != 0)
-            BlendGains(state, 0.0, ctx.gainNormal, ctx.gainNormal, base, out);
+        if (fromBios)
+            BlendGains(state, 0.0, gains.normal.data(), gains.normal.data(), base, out);
         else
-            std::copy_n(&ctx.oriLut[0][0], kLutEntries, out);
+            std::copy_n(base, kLutEntries, out);
     }
     return 0;
+}
+
+// The clamp is written out: a position that is not a number passes none of
+// the tests, gives gains that are not numbers, and those read the base
+// LUT's first entry.
+GainTriple SliderGains(double interval, const ModeGains& gains) {
+    double t = interval;
+    if (t < kWarmEnd) t = kWarmEnd;
+    if (t > kColdEnd) t = kColdEnd;
+    const bool warm = t < kNormal;
+    const GainTriple& ref = warm ? gains.warm : gains.cold;
+    const double anchor = warm ? kWarmEnd : kColdEnd;
+    GainTriple g;
+    for (std::size_t c = 0; c < 3; ++c) {
+        g[c] = t == kNormal ? gains.normal[c] : ref[c] + (gains.normal[c] - ref[c]) / (kNormal - anchor) * (t - anchor);
+    }
+    return g;
 }
 
 }  // namespace quarnel

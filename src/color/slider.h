@@ -1,15 +1,23 @@
 // SPDX-License-Identifier: MIT
 #pragma once
+// The warm-to-cold slider: a position from 0.5 (warm) through 1.0 (normal)
+// to 1.5 (cold) turned into gains between the three stored gain triples.
 
 #include <cstdint>
 
-#include "quarnel/cctapi.h"
+#include "color/gain_types.h"
 
 namespace quarnel {
 
-// The warm-to-cold slider LUT of request 2: blends the normal gains toward
-// the warm or cold gains by `interval` and applies them to the base LUT into
-// outLut. Always returns 0.
-int32_t BuildSliderLut(CctContext& ctx);
+// The slider LUT of request 2: blends the normal gains toward the warm or
+// cold gains by `interval` (outside 0.5..1.5 it acts as 1.0) and applies
+// them to `base` into `out`. At the normal position without factory data
+// `base` is copied as it stands. Always returns 0.
+int32_t BuildSliderLut(double interval, const ModeGains& gains, bool fromBios, const uint16_t* base, uint16_t* out);
+
+// The gains of the VX modes at slider position `interval`, clamped to
+// 0.5..1.5: the warm gains at 0.5, the normal ones at 1.0, the cold ones at
+// 1.5, on a straight line in between.
+GainTriple SliderGains(double interval, const ModeGains& gains);
 
 }  // namespace quarnel

@@ -1,13 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "color/theater.h"
 
-#include <algorithm>
-
-#include "color/base_lut.h"
+#include "color/apply_gains.h"
 #include "color/calc_gain.h"
 #include "color/check_gain.h"
-#include "core/half_up.h"
-#include "core/lut16.h"
 
 namespace quarnel {
 namespace {
@@ -15,32 +11,21 @@ namespace {
 constexpr double kTheaterWhiteX = 0.3418;
 constexpr double kTheaterWhiteY = 0.3757;
 constexpr double kBoost = 1.05;
-constexpr double kTopLevel = kLutLevels - 1;
-
-// The scaled level is clamped at 255 before half-up, so the boosted limiting
-// channel saturates from input 243 upwards. HalfUp gives 0 for a level that
-// is not a number (the clamp test, made as written, lets it through); a
-// negative level reads the plane's first entry.
-int ClampedIndex(double scaled) {
-    if (scaled > kTopLevel) scaled = kTopLevel;
-    return std::max(HalfUp(scaled), 0);
-}
 
 }  // namespace
 
-int32_t BuildTheaterLut(CctContext& ctx) {
-    GainRequest r = ChromaticityRequest(ctx.fromBios != 0 ? ctx.bios : ctx.icc, kTheaterWhiteX, kTheaterWhiteY);
+// The boosted limiting channel passes 255 from input 243 upwards; the
+// applicator holds its index at the plane's last entry.
+void BuildTheaterLut(const XyzTable& rows, const uint16_t* base, int32_t lutApiType, uint16_t* out) {
+    GainRequest r = ChromaticityRequest(rows, kTheaterWhiteX, kTheaterWhiteY);
     GainSolverState state;
     state.gamma = kSolverGamma;
     CalcGain(state, &r);
 
     double g[3];
     for (int c = 0; c < 3; ++c) g[c] = r.gain[c] * kBoost;
-    const uint16_t* base = BaseLut(ctx);
-    CheckGain(g, base, ctx.lutApiType);
-    for (int c = 0; c < kLutPlanes; ++c)
-        for (int i = 0; i < kLutLevels; ++i) ctx.outLut[c][i] = base[LutIndex(c, ClampedIndex(i * g[c]))];
-    return 0;
+    CheckGain(g, base, lutApiType);
+    ApplyGainsToLut(base, g, out);
 }
 
 }  // namespace quarnel

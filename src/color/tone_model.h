@@ -9,6 +9,10 @@
 
 namespace quarnel {
 
+// Calibration data from this version on carries tone measurements; data of
+// exactly this version carries them without a LUT string.
+inline constexpr int32_t kToneVersion = 5;
+
 inline constexpr int kToneLevelCount = 7;
 // Drive levels of the seven measurements per primary, in order.
 inline constexpr std::array<int32_t, kToneLevelCount> kToneLevels{0, 42, 86, 128, 168, 210, 255};

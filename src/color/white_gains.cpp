@@ -24,6 +24,19 @@ int LimitingChannel(const double k[3]) {
 
 }  // namespace
 
+// Driving primary i (chromaticity x_i, y_i) to luminance L_i adds
+// L_i / y_i x (x_i, y_i, 1 - x_i - y_i) to X, Y, Z. The mix shows the
+// target (xw, yw) when X = xw (X + Y + Z) and Y = yw (X + Y + Z), that is
+//   sum_i L_i (xw - x_i) / y_i = 0   ->  e L_R + bb L_G + a L_B = 0
+//   sum_i L_i (yw - y_i) / y_i = 0   ->  f L_R + c  L_G + d L_B = 0
+// with e, bb, a = (xw - x_i) / y_i and f, c, d = (yw - y_i) / y_i for
+// i = R, G, B. Two homogeneous equations in three unknowns: L is a multiple
+// of their cross product
+//   w = (bb d - a c, a f - e d, e c - bb f),
+// whose shares s_i = w_i / sum(w) are each primary's part of the white's
+// luminance. The brightest such white scales L = k s until one channel is
+// at full drive, k = min_i Y_i / s_i; with a power-law response a drive
+// of (L_i / Y_i)^(1 / gamma) gives L_i, and the limiting channel's drive is 1.
 void SolveWhiteGains(GainSolverState& state, Xy target, double gain[3]) {
     if (AnyExactZero(state, target)) return;
     const ChromaPoint& r = state.point[kRed];

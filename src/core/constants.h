@@ -15,8 +15,13 @@ inline constexpr double kMax16 = 65535.0;
 // Points of each NVIDIA float array (interleaved red, green, blue).
 inline constexpr int kNvPoints = 1024;
 inline constexpr int kNvFloatsPerArray = kNvPoints * 3;
+// The last point, and the scale a point index is divided by.
+inline constexpr int kNvTop = kNvPoints - 1;
+inline constexpr double kNvTopScale = kNvTop;
 
 // The factory calibration block, in firmware or as a raw file.
 inline constexpr int kBlockSize = 512;
+// Where a version-7 block keeps the LUT improvement's interpolation step.
+inline constexpr int kBlockStepByte = 297;
 
 }  // namespace quarnel

@@ -15,6 +15,11 @@ inline constexpr int kLutLevels = 256;
 inline constexpr int kLutPlanes = 3;
 inline constexpr int kLutEntries = kLutLevels * kLutPlanes;
 
+// The top 8-bit level: the last entry of a plane, and the full scale that an
+// 8-bit level is divided by.
+inline constexpr int kTopLevel = kLutLevels - 1;
+inline constexpr double kTopLevelScale = kTopLevel;
+
 using Lut16 = std::array<uint16_t, kLutEntries>;
 
 constexpr std::size_t LutIndex(int plane, int level) { return static_cast<std::size_t>(plane * kLutLevels + level); }

@@ -23,7 +23,8 @@ constexpr double kMinPeakRatio = 0.55;
 double FindThreshold(const uint16_t* lut, double scaleTH, int nIndex) {
     for (int i = nIndex; i < kLutLevels; ++i) {
         const auto level = static_cast<float>(lut[LutIndex(1, i)] / kLutFullScale);
-        if (static_cast<double>(level) > kSearchLimit) return static_cast<double>(static_cast<float>(i)) / 255.0;
+        if (static_cast<double>(level) > kSearchLimit)
+            return static_cast<double>(static_cast<float>(i)) / kTopLevelScale;
     }
     return scaleTH;
 }
@@ -32,8 +33,9 @@ double FindThreshold(const uint16_t* lut, double scaleTH, int nIndex) {
 int ResampleIndex(int i, double k) { return HalfUpWithin(i * k, kLutLevels - 1); }
 
 void LiftDimPeak(uint16_t* lut) {
-    const double top = std::min({static_cast<double>(lut[LutIndex(2, 255)]), static_cast<double>(lut[LutIndex(1, 255)]),
-                                 static_cast<double>(lut[LutIndex(0, 255)]), kMax16});
+    const double top =
+        std::min({static_cast<double>(lut[LutIndex(2, kTopLevel)]), static_cast<double>(lut[LutIndex(1, kTopLevel)]),
+                  static_cast<double>(lut[LutIndex(0, kTopLevel)]), kMax16});
     const double peak = top / kLutFullScale;
     if (!(kMinPeakRatio > peak)) return;
     const double factor = kMinPeakRatio / peak;
@@ -49,7 +51,7 @@ void LiftDimPeak(uint16_t* lut) {
 int32_t LutBrightCtrl(uint16_t* lut, uint32_t lutApiType, double scale) {
     DebugMessage(L"; VOK: ##Enter LutBrightCtrl()##\n");
     double scaleTH = lutApiType == CCT_LUT_API_QCOM ? kThresholdQcom : kThresholdOther;
-    const int nIndex = TruncToInt(scaleTH * 255.0 + 0.5);
+    const int nIndex = TruncToInt(scaleTH * kTopLevelScale + 0.5);
     DebugPrint("scale: %f, Scale TH: %f, nIndex: %d\n", scale, scaleTH, nIndex);
     scaleTH = FindThreshold(lut, scaleTH, nIndex);
 

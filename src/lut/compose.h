@@ -1,16 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
-// Re-indexing one planar Lut16 (3 x 256) through another, and applying gains
-// to one with the scaled level held inside the plane.
+// Re-indexing one planar Lut16 (3 x 256) through another.
 
 #include <cstdint>
 
 namespace quarnel {
 
-// Kinds of ComposeLut: the first two read the map as 8-bit levels (the VX
-// modes use the one, the re-gamma flag the other), the third as plain indices.
+// Kinds of ComposeLut: read the map as 8-bit levels, or as plain indices.
+// Kind 1 is accepted as well and reads the map exactly as kind 0 does.
 inline constexpr uint32_t kComposeScaled = 0;
-inline constexpr uint32_t kComposeScaledAlt = 1;
 inline constexpr uint32_t kComposeDirect = 2;
 
 // out[c][i] = base[c][index] with, for kind 0 or 1, index = half-up of
@@ -18,12 +16,5 @@ inline constexpr uint32_t kComposeDirect = 2;
 // map entry itself, both clamped to 0..255. Any other kind copies base and
 // returns 1, else 0. out may be base.
 int32_t ComposeLut(uint32_t kind, const uint16_t* map, const uint16_t* base, uint16_t* out);
-
-// out[c][i] = base[c][half-up(clamp(gain[c] x i, 0, 255))]. out may be base.
-void ApplyGainClamped(const double gain[3], const uint16_t* base, uint16_t* out);
-
-// The same for levels other than i: out[c][i] = base[c][half-up(clamp(gain[c]
-// x level[i], 0, 255))].
-void ApplyGainClampedAt(const double level[256], const double gain[3], const uint16_t* base, uint16_t* out);
 
 }  // namespace quarnel

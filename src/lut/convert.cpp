@@ -10,6 +10,7 @@
 #include "core/lut16.h"
 #include "core/srgb.h"
 #include "diag/debug.h"
+#include "lut/default_lut.h"
 #include "quarnel/cctapi.h"
 
 namespace quarnel {
@@ -40,9 +41,9 @@ struct SrgbTap {
 std::array<SrgbTap, kLutLevels> BuildSrgbTaps() {
     std::array<SrgbTap, kLutLevels> taps{};
     for (int i = 0; i < kLutLevels; ++i) {
-        const double p = SrgbEncode(i / 255.0) * 255.0;
-        const double lo = std::clamp(std::floor(p), 0.0, 255.0);
-        const double hi = std::min(255.0, std::ceil(p));
+        const double p = SrgbEncode(i / kTopLevelScale) * kTopLevelScale;
+        const double lo = std::clamp(std::floor(p), 0.0, kTopLevelScale);
+        const double hi = std::min(kTopLevelScale, std::ceil(p));
         taps[static_cast<std::size_t>(i)] = {static_cast<std::size_t>(lo), static_cast<std::size_t>(hi), p - lo,
                                              hi - lo};
     }
@@ -70,15 +71,11 @@ void WriteIgcl(const Working& w, double* outIgcl) {
             outIgcl[LutIndex(c, i)] = w[static_cast<std::size_t>(i)].v[c] / kLutFullScale;
 }
 
-// The sRGB decoding ramp at 1024 points, the same for all three channels:
-// x = j / 1023 rounded to single precision, decoded in double, stored as float.
+// The sRGB decoding of the identity float ramp, decoded in double and stored
+// as float, the same for all three channels.
 std::array<float, kNvFloatsPerArray> BuildNvPreGamma() {
-    std::array<float, kNvFloatsPerArray> ramp{};
-    for (int j = 0; j < kNvPoints; ++j) {
-        const auto x = static_cast<float>(static_cast<double>(static_cast<float>(j)) / 1023);
-        const auto y = static_cast<float>(SrgbDecode(static_cast<double>(x)));
-        for (int c = 0; c < 3; ++c) ramp[static_cast<std::size_t>(j * 3 + c)] = y;
-    }
+    std::array<float, kNvFloatsPerArray> ramp = IdentityFloatRamp();
+    for (float& v : ramp) v = static_cast<float>(SrgbDecode(static_cast<double>(v)));
     return ramp;
 }
 
@@ -99,7 +96,7 @@ struct NvTap {
 std::array<NvTap, kNvPoints> BuildNvTaps() {
     std::array<NvTap, kNvPoints> taps{};
     for (int j = 0; j < kNvPoints; ++j) {
-        const auto q = static_cast<float>(j * 255.0 / 1023.0);
+        const auto q = static_cast<float>(j * kTopLevelScale / kNvTopScale);
         const float lo = std::floor(q);
         const float hi = std::ceil(q);
         float d = hi - lo;

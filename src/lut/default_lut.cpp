@@ -20,17 +20,18 @@ namespace {
 std::array<uint16_t, kLutLevels> BuildSrgbTable() {
     std::array<uint16_t, kLutLevels> table{};
     for (int i = 0; i < kLutLevels; ++i) {
-        const double v = std::clamp(SrgbEncode(i / 255.0) * kMax16 + 0.5, 0.0, kMax16);
+        const double v = std::clamp(SrgbEncode(i / kTopLevelScale) * kMax16 + 0.5, 0.0, kMax16);
         table[static_cast<std::size_t>(i)] = static_cast<uint16_t>(v);
     }
     return table;
 }
 
-// j / 1023 in single precision, interleaved red, green, blue.
+// j / 1023 worked out in double and stored as float: the correctly rounded
+// single-precision quotient, whichever precision divides.
 std::array<float, kNvFloatsPerArray> BuildFloatRamp() {
     std::array<float, kNvFloatsPerArray> ramp{};
     for (int j = 0; j < kNvPoints; ++j) {
-        const float f = static_cast<float>(j) / 1023.0f;
+        const auto f = static_cast<float>(j / kNvTopScale);
         for (int c = 0; c < 3; ++c) ramp[static_cast<std::size_t>(j * 3 + c)] = f;
     }
     return ramp;
@@ -38,7 +39,7 @@ std::array<float, kNvFloatsPerArray> BuildFloatRamp() {
 
 std::array<double, kLutLevels> BuildIgclRamp() {
     std::array<double, kLutLevels> ramp{};
-    for (int i = 0; i < kLutLevels; ++i) ramp[static_cast<std::size_t>(i)] = i / 255.0;
+    for (int i = 0; i < kLutLevels; ++i) ramp[static_cast<std::size_t>(i)] = i / kTopLevelScale;
     return ramp;
 }
 
@@ -54,7 +55,7 @@ void WriteSrgbTable(uint16_t* outLut) {
 }
 
 void WriteFloatRamps(float* outNv) {
-    static const std::array<float, kNvFloatsPerArray> ramp = BuildFloatRamp();
+    const std::array<float, kNvFloatsPerArray>& ramp = IdentityFloatRamp();
     std::memcpy(outNv, ramp.data(), sizeof(ramp));
     std::memcpy(outNv + kNvFloatsPerArray, ramp.data(), sizeof(ramp));
 }
@@ -65,6 +66,11 @@ void WriteIgclRamp(double* outIgcl) {
 }
 
 }  // namespace
+
+const std::array<float, kNvFloatsPerArray>& IdentityFloatRamp() {
+    static const std::array<float, kNvFloatsPerArray> ramp = BuildFloatRamp();
+    return ramp;
+}
 
 int32_t GetDefaultLut(int32_t lutApiType, uint16_t* outLut, double* outIgcl, float* outNv) {
     DebugMessage(L"; VOK: ##Enter GetDefaultLut()##\n");

@@ -4,16 +4,15 @@
 #include <array>
 #include <cstdint>
 
+#include "core/calibration_source.h"
 #include "core/lut16.h"
-#include "quarnel/cctapi.h"
 
 namespace quarnel {
 
-// Fetches the interpolation step (byte 297 of the calibration block) for the
-// context's calibration source. Returns -1 or -2 on failure, anything else on
-// success. The LUT layer only calls it; the layer that owns the calibration
-// sources provides it.
-using StepByteFetch = int32_t (*)(const CctContext& ctx, uint8_t& step);
+// Fetches the interpolation step (byte 297 of the calibration block) from
+// `source`. Returns -1 or -2 on failure, anything else on success. The LUT
+// layer only calls it; the layer that owns the calibration sources provides it.
+using StepByteFetch = int32_t (*)(const CalibrationSource& source, uint8_t& step);
 
 // A LUT reduced to 8 bits: 256 entries of (red, green, blue), indexed
 // [level][channel] with the plain int arithmetic of the steps.
@@ -35,10 +34,11 @@ struct Lut8 {
 // Dark ends closer to the identity than this are left as they are.
 inline constexpr int SMOOTH_LEVEL_MIN = 30;
 
-// Reduces `lut` to 8 bits and either interpolates it at the fetched step
-// (biosVer 7) or smooths its dark end; writes it back x 256 on success and
-// leaves it untouched on any failure. Always returns 0.
-int32_t LutImprove(const CctContext& ctx, uint16_t* lut, StepByteFetch fetch);
+// Reduces `lut` to 8 bits and either interpolates it at the step fetched from
+// `source` (calibration data version `biosVer` 7) or smooths its dark end;
+// writes it back x 256 on success and leaves it untouched on any failure.
+// Always returns 0.
+int32_t LutImprove(int32_t biosVer, const CalibrationSource& source, uint16_t* lut, StepByteFetch fetch);
 
 // Replaces each channel's dark end with a straight ramp when the curve near
 // black strays a little from the identity. 0, or 2 when a channel offers no

@@ -11,7 +11,6 @@ namespace {
 
 constexpr int kDefaultStep = 16;
 constexpr int kMaxStep = 64;
-constexpr int kTop = kLutLevels - 1;
 constexpr double kSixteenth = 0.0625;
 
 void InterpolateSegment(int s, int e, const Lut8& in, Lut8& out) {
@@ -35,7 +34,7 @@ void ReinterpolateFirstSixteen(const Lut8& in, Lut8& out) {
 
 int32_t LutLinInterp8Bit(int step, const Lut8& in, Lut8& out) {
     if (step < 1 || step > kMaxStep) step = kDefaultStep;
-    for (int s = 0; s < kTop; s += step) InterpolateSegment(s, std::min(s + step, kTop), in, out);
+    for (int s = 0; s < kTopLevel; s += step) InterpolateSegment(s, std::min(s + step, kTopLevel), in, out);
     if (step != kDefaultStep) ReinterpolateFirstSixteen(in, out);
     return 0;
 }

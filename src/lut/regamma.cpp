@@ -12,7 +12,7 @@ Lut16 BuildRegammaCurve() {
     constexpr float kScale = 65280.0f;
     Lut16 curve{};
     for (int i = 0; i < kLutLevels; ++i) {
-        const auto x = static_cast<float>(i / 255.0);
+        const auto x = static_cast<float>(i / kTopLevelScale);
         const float v = std::pow(x, kExponent) * kScale;
         for (int c = 0; c < kLutPlanes; ++c) curve[LutIndex(c, i)] = static_cast<uint16_t>(v);
     }

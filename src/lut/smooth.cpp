@@ -55,7 +55,7 @@ void RebuildDarkEnd(const SmoothingPoint& p, int c, Lut8& out) {
                                           : (p.scatterLv - p.diff) / static_cast<double>(p.scatterLv);
     for (int j = 0; j <= p.scatterLv; ++j) {
         const double v = p.type == kAbove ? std::ceil(slope * j) : std::floor(slope * j);
-        out[j][c] = static_cast<int32_t>(std::clamp(v, 0.0, 255.0));
+        out[j][c] = static_cast<int32_t>(std::clamp(v, 0.0, kTopLevelScale));
     }
     for (int k = p.scatterLv + 1; k <= p.smoothLv; ++k) out[k][c] = out[k - 1][c] + 1;
 }

@@ -4,7 +4,6 @@
 #include <algorithm>
 
 #include "core/half_up.h"
-#include "lut/compose.h"
 
 namespace quarnel {
 namespace {
@@ -25,16 +24,19 @@ double VividLevel(int i) {
 Lut16 BuildVividCurve() {
     Lut16 curve{};
     for (int i = 0; i < kLutLevels; ++i) {
-        const int v = TruncToInt(std::clamp(VividLevel(i) + 0.5, 0.0, 255.0));
+        const int v = TruncToInt(std::clamp(VividLevel(i) + 0.5, 0.0, kTopLevelScale));
         for (int c = 0; c < kLutPlanes; ++c) curve[LutIndex(c, i)] = static_cast<uint16_t>(v * kLutStep);
     }
     return curve;
 }
 
-void ApplyVividGains(const double gain[3], const uint16_t* base, uint16_t* out) {
-    double level[kLutLevels];
-    for (int i = 0; i < kLutLevels; ++i) level[i] = VividLevel(i);
-    ApplyGainClampedAt(level, gain, base, out);
+const std::array<double, kLutLevels>& VividLevels() {
+    static const std::array<double, kLutLevels> levels = [] {
+        std::array<double, kLutLevels> l{};
+        for (int i = 0; i < kLutLevels; ++i) l[static_cast<std::size_t>(i)] = VividLevel(i);
+        return l;
+    }();
+    return levels;
 }
 
 }  // namespace quarnel

@@ -3,6 +3,7 @@
 // The vivid tone curve: the identity below level 50, a cubic lift above it
 // that meets full scale at 255.
 
+#include <array>
 #include <cstdint>
 
 #include "core/lut16.h"
@@ -16,8 +17,8 @@ double VividLevel(int i);
 // three planes.
 Lut16 BuildVividCurve();
 
-// The vivid LUT of the gain-driven vivid mode: out[c][i] =
-// base[c][half-up(clamp(VividLevel(i) x gain[c], 0, 255))].
-void ApplyVividGains(const double gain[3], const uint16_t* base, uint16_t* out);
+// VividLevel of every input level 0..255, built on first use: the levels
+// the gains of the gain-driven vivid mode scale.
+const std::array<double, kLutLevels>& VividLevels();
 
 }  // namespace quarnel

@@ -28,13 +28,9 @@ using test::RowOf;
 constexpr int32_t kUntouched = 99;
 constexpr uint16_t kUntouchedEntry = 0x1234;
 
-class CalibrationSource : public ::testing::Test {
+class SourceSelection : public ::testing::Test {
 protected:
-    CalibrationSource() {
-        ctx_.enableUserK = 1;
-        ctx_.kalzenPath = folder_.c_str();
-        ctx_.kalzenFilename = "panel.bin";
-    }
+    SourceSelection() { source_ = {1, folder_.c_str(), "panel.bin", 0}; }
 
     void WriteBlock(const BlockFields& fields, std::size_t size = 512) {
         test::WriteFile(dir_ / "panel.bin", test::AsString(test::WriteBlock(fields)).substr(0, size));
@@ -66,18 +62,19 @@ protected:
     }
 
     std::string Info(const std::string& title) {
-        ctx_.biosVer = ctx_.fromBios = 77, ctx_.gammaK = 0;
-        std::fill_n(&ctx_.gammaLut[0][0], kLutEntries, kUntouchedEntry);
+        data_.biosVer = data_.fromBios = 77, data_.gammaK = 0;
+        data_.gammaLut.fill(kUntouchedEntry);
         tone_ = {}, targets_ = {};
-        std::string text = Said([&] { GetBIOSInfo(ctx_, tone_, targets_); });
+        std::string text = Said([&] { GetBIOSInfo(source_, data_, tone_, targets_); });
         const ToneChannel* channels[3] = {&tone_.toneR, &tone_.toneG, &tone_.toneB};
-        text = Row("==", title, ctx_.fromBios, ctx_.biosVer, ctx_.gammaK, targets_.valid, tone_.toneModelReady) + text +
-               RowOf(&ctx_.bios[0][0], 12) +
+        text = Row("==", title, data_.fromBios, data_.biosVer, data_.gammaK, targets_.valid, tone_.toneModelReady) +
+               text + RowOf(&data_.bios.row[0][0], 12) +
                Row(targets_.firstWhite[0], targets_.firstWhite[1], targets_.targetLuminance, targets_.defaultWhite[0],
                    targets_.defaultWhite[1]) +
                RowOf(tone_.levels.data(), 7);
         for (const ToneChannel* c : channels) text += RowOf(c->data(), c->size());
-        return text + Row("gamma", ctx_.gammaLut[0][0], ctx_.gammaLut[1][100], ctx_.gammaLut[2][255]);
+        const Lut16& g = data_.gammaLut;
+        return text + Row("gamma", g[LutIndex(0, 0)], g[LutIndex(1, 100)], g[LutIndex(2, 255)]);
     }
 
     test::TempDir dir_;
@@ -85,13 +82,14 @@ protected:
     test::FakeDisplaySystem display_;
     platform::ScopedDisplaySystem scope_{display_};
     test::DebugCapture debug_;
-    CctContext ctx_{};
+    quarnel::CalibrationSource source_{};
+    FactoryData data_;
     ToneModel tone_{};
     FactoryTargets targets_{};
 };
 
 // Only a creator file chosen with enableUserK exactly 1 reports a failed check.
-TEST_F(CalibrationSource, EveryFileAndFirmwareOutcome) {
+TEST_F(SourceSelection, EveryFileAndFirmwareOutcome) {
     const std::pair<const char*, BlockFields> blocks[] = {
         {"good", {}},
         {"header crc", {.breakHeaderCrc = true}},
@@ -132,10 +130,10 @@ TEST_F(CalibrationSource, EveryFileAndFirmwareOutcome) {
 
 TEST(CCTLoadBIOSDeathTest, ANullPathEndsTheProcessQuietly) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
-    EXPECT_EXIT(CCTLoadBIOS(nullptr), ::testing::ExitedWithCode(0), "");
+    EXPECT_EXIT(CCTLoadBIOS(nullptr, std::nullopt), ::testing::ExitedWithCode(0), "");
 }
 
-TEST_F(CalibrationSource, GetBiosInfoFillsContextTargetsToneModelAndGammaLut) {
+TEST_F(SourceSelection, GetBiosInfoFillsContextTargetsToneModelAndGammaLut) {
     std::string text;
     for (uint8_t version = 1; version <= 8; ++version) {
         WriteBlock({.version = version});
@@ -148,12 +146,12 @@ TEST_F(CalibrationSource, GetBiosInfoFillsContextTargetsToneModelAndGammaLut) {
         WriteBlock({.useMethod = method, .lutString = string});
         text += Info("undecodable");
     }
-    ctx_.kalzenFilename = "absent.bin";
+    source_.kalzenFilename = "absent.bin";
     text += Info("no file");
-    ctx_.kalzenFilename = "panel.bin";
+    source_.kalzenFilename = "panel.bin";
     WriteBlock({.breakHeaderCrc = true});
     text += Info("header crc");
-    ctx_.enableUserK = 0;
+    source_.enableUserK = 0;
     text += Info("no firmware device");
     test::ExpectGolden("bios_info.txt", text);
 }

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <iomanip>
+#include <random>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -12,6 +14,7 @@
 #include "codec/huffman_tree.h"
 #include "codec/lut_differences.h"
 #include "codec/position_lists.h"
+#include "core/half_up.h"
 #include "lut/sample_luts.h"
 #include "quarnel/cctapi.h"
 #include "support/capture.h"
@@ -238,6 +241,34 @@ TEST(BIOS2LUT, BadInputFailsAndLeavesTheLutUntouched) {
                   "\n=== Decode ===\n" + Row("load", 0, "status", -1, "untouched"));
     }
     EXPECT_EQ(LoadTranscript(IdentityHuffmanString(), 0, test::IdentityLut()).substr(0, 1), "\n");
+}
+
+// Seeded random panel curves (a power law per plane, exponent 0.6..1.6) that
+// the string can hold decode from it to exactly the curve they came from.
+TEST(LutString, RandomCurvesDecodeToTheCurveTheyCameFrom) {
+    std::mt19937 rng(17);
+    std::uniform_real_distribution<double> exponent(0.6, 1.6);
+    int stored = 0;
+    for (int n = 0; n < 200; ++n) {
+        Lut16 lut{}, back{};
+        for (int c = 0; c < 3; ++c) {
+            const double g = exponent(rng);
+            for (int i = 0; i < 256; ++i)
+                lut[LutIndex(c, i)] = static_cast<uint16_t>(HalfUp(std::pow(i / 255.0, g) * 255) * 256);
+        }
+        Bytes out(256);
+        uint32_t method = 0;
+        int32_t status[2] = {};
+        test::CaptureStdout([&] {
+            status[0] = LUT2BIOS(lut.data(), 255, out.data(), 256, &method);
+            status[1] = BIOS2LUT(back.data(), out.data(), kLutEntries, static_cast<int32_t>(method));
+        });
+        if (status[0] != 0) continue;
+        ++stored;
+        ASSERT_EQ(status[1], 0);
+        ASSERT_EQ(back, lut) << n;
+    }
+    EXPECT_GT(stored, 20);
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <tuple>
 #include <utility>
 
 #include "color/apply_gains.h"
@@ -50,21 +51,23 @@ TEST(CheckGain, RaisesLowGainsToTheMinimumOutput) {
     }
 }
 
-// The slider's ends are inclusive; past them it falls back to the normal gains.
+// The slider's ends are inclusive; past them request 2 falls back to the normal gains.
 TEST(BuildSliderLut, EndsAtHalfAndOneAndAHalf) {
-    const double normal[3] = {0.9, 0.8, 1.0}, warm[3] = {1.0, 0.7, 0.45}, cold[3] = {0.6, 0.9, 1.0};
-    CctContext ctx{};
-    FillIdentity(&ctx.oriLut[0][0]);
-    ctx.fromBios = 1;
-    std::copy_n(normal, 3, ctx.gainNormal);
-    std::copy_n(warm, 3, ctx.gainWarm);
-    std::copy_n(cold, 3, ctx.gainCold);
-    for (const auto& [interval, gain] : {std::pair{0.49, normal}, {0.5, warm}, {1.5, cold}, {1.51, normal}}) {
-        ctx.interval = interval;
-        EXPECT_EQ(BuildSliderLut(ctx), 0);
-        Lut16 expected;
-        ApplyGainsToLut(&ctx.oriLut[0][0], gain, expected.data());
-        EXPECT_TRUE(std::equal(expected.begin(), expected.end(), &ctx.outLut[0][0])) << interval;
+    ModeGains g;
+    g.normal = {0.9, 0.8, 1.0}, g.warm = {1.0, 0.7, 0.45}, g.cold = {0.6, 0.9, 1.0};
+    Lut16 base, out, expected;
+    FillIdentity(base.data());
+    // Interval, the slider LUT's gains, and the VX modes' gains, which clamp to the ends instead.
+    const std::tuple<double, GainTriple, GainTriple> cases[] = {{0.49, g.normal, g.warm},
+                                                                {0.5, g.warm, g.warm},
+                                                                {1.0, g.normal, g.normal},
+                                                                {1.5, g.cold, g.cold},
+                                                                {1.51, g.normal, g.cold}};
+    for (const auto& [interval, gain, vx] : cases) {
+        EXPECT_EQ(BuildSliderLut(interval, g, true, base.data(), out.data()), 0);
+        ApplyGainsToLut(base.data(), gain.data(), expected.data());
+        EXPECT_EQ(out, expected) << interval;
+        EXPECT_EQ(SliderGains(interval, g), vx) << interval;
     }
 }
 

@@ -27,8 +27,8 @@ Lut16 Widen(const Lut8& t, int low) {
     return lut;
 }
 
-std::string Improve(const CctContext& ctx, Lut16& lut, StepByteFetch fetch) {
-    return test::CaptureStdout([&] { EXPECT_EQ(LutImprove(ctx, lut.data(), fetch), 0); });
+std::string Improve(int32_t biosVer, Lut16& lut, StepByteFetch fetch) {
+    return test::CaptureStdout([&] { EXPECT_EQ(LutImprove(biosVer, {}, lut.data(), fetch), 0); });
 }
 
 // A ramp with a bump at 16 and a drop at the top tells the grids apart.
@@ -42,21 +42,19 @@ Lut8 Bumpy() {
 std::vector<int32_t> gScript;
 std::size_t gCalls = 0;
 
-int32_t ScriptedFetch(const CctContext&, uint8_t& step) { return step = 32, gScript[gCalls++]; }
+int32_t ScriptedFetch(const CalibrationSource&, uint8_t& step) { return step = 32, gScript[gCalls++]; }
 
 TEST(LutImprove, StepFetchRetriesOnceAfterMinusOne) {
     const struct {
         std::vector<int32_t> script;
         bool used;
     } cases[] = {{{0}, true}, {{-1, 0}, true}, {{-1, -2}, true}, {{-2}, false}, {{-1, -1}, false}};
-    CctContext ctx{};
-    ctx.biosVer = 7;
     for (const auto& tc : cases) {
         gScript = tc.script;
         gCalls = 0;
         Lut16 lut = Widen(Bumpy(), 7);
         test::DebugCapture debug;
-        EXPECT_EQ(Improve(ctx, lut, ScriptedFetch),
+        EXPECT_EQ(Improve(7, lut, ScriptedFetch),
                   tc.used ? "; VOK: Get bios[297]: 32\n " : "GetBIOSData() failed!!!\n");
         EXPECT_EQ(gCalls, tc.script.size());
         EXPECT_EQ(lut[LutIndex(2, 8)], tc.used ? 50 * 256 : 8 * 256 + 7);
@@ -78,17 +76,6 @@ TEST(ComposeLut, ReindexesEveryPlaneThroughTheMap) {
         EXPECT_EQ(ComposeLut(static_cast<uint32_t>(kind), map.data(), out.data(), out.data()), index < 0 ? 1 : 0);
         for (int c = 0; c < 3; ++c)
             for (int i = 0; i < 256; ++i) ASSERT_EQ(out[LutIndex(c, i)], kPanel[LutIndex(c, index < 0 ? i : index)]);
-    }
-}
-
-TEST(ApplyGainClamped, HalfUpIndexHeldInsideThePlane) {
-    const double cases[][3] = {{0.5, 3, 2},  {0.5, 255, 128}, {0.3, 5, 2},       {2.0, 200, 255},
-                               {-1.0, 9, 0}, {NAN, 9, 0},     {INFINITY, 1, 255}};
-    for (const auto& [g, level, index] : cases) {
-        const double gain[3] = {g, g, g};
-        Lut16 out{};
-        ApplyGainClamped(gain, kPanel.data(), out.data());
-        for (int c = 0; c < 3; ++c) EXPECT_EQ(out[LutIndex(c, int(level))], kPanel[LutIndex(c, int(index))]) << g;
     }
 }
 

@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: MIT
+// LUT steps over seeded random panel curves: what each driver form gives
+// back, and brightness control at full scale.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <random>
+#include <vector>
+
+#include "core/lut16.h"
+#include "lut/bright_ctrl.h"
+#include "lut/convert.h"
+#include "support/capture.h"
+
+namespace quarnel {
+namespace {
+
+// Rising planes, each a power law of exponent 0.7..1.4 reaching 60..100 % of
+// 8-bit full scale, with a random low byte.
+Lut16 RandomCurve(std::mt19937& rng) {
+    std::uniform_real_distribution<double> exponent(0.7, 1.4), top(0.6, 1.0);
+    std::uniform_int_distribution<int> low(0, 255);
+    Lut16 lut{};
+    for (int c = 0; c < kLutPlanes; ++c) {
+        const double g = exponent(rng), peak = top(rng) * kLutFullScale;
+        for (int i = 1; i < kLutLevels; ++i)
+            lut[LutIndex(c, i)] = static_cast<uint16_t>(std::max(0.0, std::pow(i / kTopLevelScale, g) * peak - low(rng) % 64));
+    }
+    return lut;
+}
+
+// The curve at 8-bit level v, interpolated and normalised.
+double At(const Lut16& lut, int c, double v) {
+    const int lo = std::min(static_cast<int>(v), kTopLevel - 1);
+    const double a = lut[LutIndex(c, lo)], b = lut[LutIndex(c, lo + 1)];
+    return (a + (b - a) * (v - lo)) / kLutFullScale;
+}
+
+TEST(LutProperty, DriverFormsGiveTheCurveBackAndFullScaleKeepsIt) {
+    std::mt19937 rng(17);
+    for (int n = 0; n < 50; ++n) {
+        const Lut16 lut = RandomCurve(rng);
+        for (int32_t type = 0; type <= 5; ++type) {
+            Lut16 out = lut;
+            test::CaptureStdout([&] { LutBrightCtrl(out.data(), static_cast<uint32_t>(type), 1.0); });
+            ASSERT_EQ(out, lut) << type;
+        }
+        Lut16 out16 = lut;
+        std::array<double, kLutEntries> igcl{};
+        std::vector<float> nv(2 * kNvFloatsPerArray);
+        auto convert = [&](int32_t type) {
+            return LutConvert(type, lut.data(), out16.data(), 256, igcl.data(), 256, nv.data(), 1024);
+        };
+        test::CaptureStdout([&] { convert(0), convert(4), convert(2); });
+        ASSERT_EQ(out16, lut);  // plain 16-bit: the curve itself
+        for (int k = 0; k < kLutEntries; ++k) ASSERT_EQ(std::lround(igcl[k] * kLutFullScale), lut[k]);
+        // The driver runs a level through the pre-gamma ramp, then the post-gamma table: the curve again.
+        for (int j = 0; j < kNvPoints; ++j)
+            for (int c = 0; c < 3; ++c) {
+                const double p = nv[static_cast<std::size_t>(j * 3 + c)] * kNvTopScale;
+                const int lo = std::min(static_cast<int>(p), kNvTop - 1);
+                const float* post = nv.data() + kNvFloatsPerArray;
+                const double shown = post[lo * 3 + c] + (post[(lo + 1) * 3 + c] - post[lo * 3 + c]) * (p - lo);
+                ASSERT_NEAR(shown, At(lut, c, j * kTopLevelScale / kNvTopScale), 4.0 / kTopLevel) << j;
+            }
+    }
+}
+
+}  // namespace
+}  // namespace quarnel
