@@ -13,8 +13,8 @@
 #include <sstream>
 
 #include "calib/block_writer.h"
-#include "calib/fake_acpi_device.h"
-#include "calib/fake_display_system.h"
+#include "platform/fake_acpi_device.h"
+#include "platform/fake_display_system.h"
 #include "platform/trace_file.h"
 #include "quarnel/cctapi.h"
 #include "support/capture.h"
