@@ -8,11 +8,14 @@
 
 #include <cmath>
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <functional>
+#include <map>
 #include <sstream>
 
 #include "calib/block_writer.h"
+#include "e2e/record.h"
 #include "platform/fake_acpi_device.h"
 #include "platform/fake_display_system.h"
 #include "platform/trace_file.h"
@@ -138,19 +141,35 @@ struct Recorder {
         out += Row(head, "status", status, "out", Fnv(RowOf(&ctx.outLut[0][0], 768)), "igcl",
                    Fnv(RowOf(&ctx.outIgcl[0][0], 768)), "nv", Fnv(RowOf(&ctx.outNvPreGamma[0][0], 6144)), "said",
                    Fnv(said), "trace", Fnv(traced));
+        calls += Row(head, "status", status, "out", values.Lut(&ctx.outLut[0][0], 768), "igcl",
+                     values.Doubles('I', &ctx.outIgcl[0][0], 768), "nv", NvName(&ctx.outNvPreGamma[0][0]), "said",
+                     SaidName(said), "trace", Fnv(traced));
         std::string gains =
             Row("  fromBios", ctx.fromBios, "biosVer", ctx.biosVer, "gammaK", ctx.gammaK, "rdIndex", ctx.rdIndex);
         const double* triples[] = {ctx.gainNormal, ctx.gainWarm, ctx.gainCold, ctx.gainReadStrong, ctx.gainReadWeak};
         const char* names[] = {"  Nor", "  W", "  C", "  RdS", "  RdW"};
         for (int i = 0; i < 5; ++i) gains += Row(names[i], triples[i][0], triples[i][1], triples[i][2]);
-        if (gains != lastGains) out += lastGains = gains;
+        if (gains != lastGains) out += gains, calls += gains, lastGains = gains;
         if (p.full && ctx.lutApiType == 0 && (code & 0xC0) == 0 && code != 1)
             out += "  lut " + RowOf(&ctx.outLut[0][0], 768);
         if (keepText) text += Row("##", head, "status", status) + said + traced;
     }
 
+    // Each distinct message text once, under the name the calls refer to.
+    std::string SaidName(const std::string& said) {
+        auto [at, fresh] = saidNames.try_emplace(said, std::string("S") + std::to_string(saidNames.size()));
+        if (fresh) messages += std::string("## ") + at->second + " " + std::to_string(said.size()) + "\n" + said + "\n";
+        return at->second;
+    }
+
+    // The float arrays by value for the panels kept in full; for the others their digest (they are large).
+    std::string NvName(const float* nv) {
+        return p.full ? values.Floats('N', nv, 6144) : std::string("#") + Fnv(RowOf(nv, 6144));
+    }
+
     std::string Record() {
         out = "block " + RowOf(block.data(), block.size());
+        calls = out;
         uint16_t curve[3][256];  // a caller's tone curve for the VX modes
         for (int i = 0; i < 3 * 256; ++i)
             curve[i / 256][i % 256] = static_cast<uint16_t>(
@@ -176,6 +195,7 @@ struct Recorder {
                         run("vx", static_cast<uint32_t>(mode), interval,
                             [&] { return CCTAPI_VX(mode, &ctx, &curve[0][0]); });
         }
+        calls += values.Lines();
         return out;
     }
 
@@ -188,7 +208,9 @@ struct Recorder {
     test::FakeDisplaySystem displays;
     platform::ScopedDisplaySystem displayScope{displays};
     test::FakeAcpiDevice firmware;  // answers nothing
-    std::string out, text, lastGains;
+    std::string out, text, lastGains, calls, messages;
+    test::ValueTable values;
+    std::map<std::string, std::string> saidNames;
     bool keepText = false;
 };
 
@@ -216,9 +238,65 @@ const Panel kPanels[] = {
 
 class EndToEnd : public testing::TestWithParam<Panel> {};
 
+// A record compares call by call, so a difference names the first differing entry and both values.
+void ExpectRecord(const std::string& name, const std::string& actual) {
+    const std::filesystem::path file = std::filesystem::path(QUARNEL_TEST_DATA_DIR) / name;
+    const char* regenerate = std::getenv("QUARNEL_REGENERATE");
+    if (regenerate != nullptr && std::string(regenerate) == "1") return test::WriteFile(file, actual);
+    const std::string difference = test::FirstDifference(test::ReadFile(file), actual);
+    EXPECT_TRUE(difference.empty()) << file << ": " << difference << " (QUARNEL_REGENERATE=1 rewrites it)";
+}
+
 TEST_P(EndToEnd, EveryRequestOfEveryType) {
     Recorder recorder(GetParam());
     test::ExpectGolden(std::string("e2e/") + GetParam().name + ".txt", recorder.Record());
+    ExpectRecord(std::string("e2e/records/") + GetParam().name + ".txt", recorder.calls);
+    test::ExpectGolden(std::string("e2e/messages/") + GetParam().name + ".txt", recorder.messages);
+}
+
+// The records by value say what the records by digest said: each digest recomputed from the values.
+TEST(EndToEndRecords, ValuesReproduceTheDigests) {
+    for (const Panel& p : kPanels) {
+        const std::string dir = std::string(QUARNEL_TEST_DATA_DIR) + "/e2e/";
+        const std::string record = test::ReadFile(dir + "records/" + p.name + ".txt");
+        const std::string said = test::ReadFile(dir + "messages/" + p.name + ".txt");
+        std::map<std::string, std::string> texts;
+        for (std::size_t at = 0; at < said.size();) {
+            std::istringstream head(said.substr(at, said.find('\n', at) - at));
+            std::string hashes, name;
+            std::size_t size = 0;
+            head >> hashes >> name >> size;
+            at = said.find('\n', at) + 1;
+            texts[name] = said.substr(at, size);
+            at += size + 1;
+        }
+        const auto tables = test::ParseTables(record);
+        std::istringstream lines(record);
+        std::string rebuilt, pending;
+        for (std::string line; std::getline(lines, line);) {
+            std::istringstream in(line);
+            std::vector<std::string> w;
+            for (std::string word; in >> word;) w.push_back(word);
+            if (w[0] == "type") {
+                const auto& lut = tables.at(w[9]);
+                std::vector<uint16_t> lut16(lut.begin(), lut.end());
+                std::vector<float> nv(6144);
+                if (w[13][0] != '#') nv.assign(tables.at(w[13]).begin(), tables.at(w[13]).end());
+                const uint32_t code = static_cast<uint32_t>(std::stoul(w[3], nullptr, 16));
+                rebuilt += pending;
+                pending =
+                    p.full && w[1] == "0" && (code & 0xC0) == 0 && code != 1 ? "  lut " + RowOf(lut16.data(), 768) : "";
+                rebuilt += Row(w[0], w[1], w[2], w[3], w[4], w[5], w[6], w[7], "out", Fnv(RowOf(lut16.data(), 768)),
+                               "igcl", Fnv(RowOf(tables.at(w[11]).data(), 768)), "nv",
+                               w[13][0] == '#' ? w[13].substr(1) : Fnv(RowOf(nv.data(), 6144)), "said",
+                               Fnv(texts.at(w[15])), "trace", w[17]);
+            } else if (w[0] == "block" || line.starts_with("  ")) {
+                rebuilt += line + "\n";
+            }
+        }
+        rebuilt += pending;
+        EXPECT_EQ(rebuilt, test::ReadFile(dir + p.name + ".txt")) << p.name;
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Panels, EndToEnd, testing::ValuesIn(kPanels),
