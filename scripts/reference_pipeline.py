@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
 """Recomputes a panel's gains and LUTs by hand, apart from the library, and
-compares them with that panel's end-to-end record (tests/data/e2e/*.txt).
+compares them with that panel's end-to-end record (tests/data/e2e/records/*.txt).
 
 For a version 1 to 4 calibration block (read from the record's "block" line)
 with an identity base LUT, it solves the five white-point gains of the
@@ -298,19 +298,34 @@ def tail(lut):
 
 # ---- comparison with the record ---------------------------------------------
 
+def decode_runs(words):
+    """Whole numbers from run-length coded differences: "256*255" is 255 steps of 256."""
+    values, value = [], 0
+    for word in words:
+        step, _, count = word.partition('*')
+        for _ in range(int(count or 1)):
+            value += int(step)
+            values.append(value)
+    return values
+
+
 def read_record(path):
-    block, gains, luts, case = None, {}, {}, None
+    block, gains, luts, case, refs, tables = None, {}, {}, None, {}, {}
     for line in open(path):
         words = line.split()
         if words[0] == 'block':
             block = bytes(int(w) for w in words[1:])
         elif words[0] == 'type':
             case = (int(words[1]), int(words[3], 16), float(words[5])) if words[2] == 'code' else None
+            if case is not None:
+                refs[case] = words[9]
         elif words[0] in ('Nor', 'W', 'C', 'RdS', 'RdW') and case == (0, 1, 1.0):
             gains[words[0]] = [float(w) for w in words[1:]]
-        elif words[0] == 'lut' and case is not None:
-            vals = [int(w) for w in words[1:]]
-            luts[case] = [vals[0:256], vals[256:512], vals[512:768]]
+        elif words[0][0] == 'L':
+            tables[words[0]] = decode_runs(words[1:])
+    for case, name in refs.items():
+        vals = tables[name]
+        luts[case] = [vals[0:256], vals[256:512], vals[512:768]]
     return block, gains, luts
 
 

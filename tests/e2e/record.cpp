@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "e2e/record.h"
 
+#include <algorithm>
 #include <bit>
 #include <cmath>
 #include <sstream>
@@ -73,46 +74,20 @@ std::vector<double> DecodeTable(const std::string& name, const std::string& rest
     return values;
 }
 
-std::vector<std::string> Words(const std::string& line) {
-    std::istringstream in(line);
-    std::vector<std::string> words;
-    for (std::string w; in >> w;) words.push_back(w);
-    return words;
-}
-
-// The lines of a record that are not table lines.
-std::vector<std::string> CallLines(const std::string& record) {
-    std::istringstream in(record);
+std::vector<std::string> Lines(const std::string& text) {
+    std::istringstream in(text);
     std::vector<std::string> lines;
-    for (std::string line; std::getline(in, line);)
-        if (!IsTableName(line.substr(0, line.find(' ')))) lines.push_back(line);
+    for (std::string line; std::getline(in, line);) lines.push_back(line);
     return lines;
 }
 
-std::string Where(const std::string& field, std::size_t i) {
+std::string Where(char kind, std::size_t i) {
     std::ostringstream at;
-    if (field == "nv")
+    if (kind == 'N')
         at << (i < 3072 ? "pre-gamma" : "post-gamma") << " entry " << i % 3072 / 3 << " channel " << i % 3;
     else
         at << "plane " << i / 256 << " level " << i % 256;
     return at.str();
-}
-
-std::string CompareArrays(const std::string& head, const std::string& field, const std::vector<double>& want,
-                          const std::vector<double>& got) {
-    std::ostringstream out;
-    out.precision(17);
-    for (std::size_t i = 0; i < std::max(want.size(), got.size()); ++i) {
-        if (i >= want.size() || i >= got.size()) {
-            out << head << ": " << field << " has " << got.size() << " entries, expected " << want.size();
-            return out.str();
-        }
-        if (std::bit_cast<uint64_t>(want[i]) != std::bit_cast<uint64_t>(got[i])) {
-            out << head << ": " << field << " " << Where(field, i) << ": expected " << want[i] << ", actual " << got[i];
-            return out.str();
-        }
-    }
-    return "";
 }
 
 }  // namespace
@@ -137,7 +112,8 @@ std::string EncodeRuns(const std::vector<int64_t>& values) {
 std::vector<int64_t> DecodeRuns(const std::string& text) {
     std::vector<int64_t> values;
     uint64_t value = 0;
-    for (const std::string& word : Words(text)) {
+    std::istringstream in(text);
+    for (std::string word; in >> word;) {
         const std::size_t star = word.find('*');
         const auto step = static_cast<uint64_t>(std::stoll(word.substr(0, star)));
         const long n = star == std::string::npos ? 1 : std::stol(word.substr(star + 1));
@@ -187,28 +163,28 @@ std::map<std::string, std::vector<double>> ParseTables(const std::string& record
 }
 
 std::string FirstDifference(const std::string& expected, const std::string& actual) {
-    const auto wantTables = ParseTables(expected), gotTables = ParseTables(actual);
-    const auto want = CallLines(expected), got = CallLines(actual);
-    for (std::size_t n = 0; n < std::min(want.size(), got.size()); ++n) {
-        const auto a = Words(want[n]), b = Words(got[n]);
-        const std::string head = want[n].substr(0, want[n].find(" status"));
-        for (std::size_t w = 0; w < std::min(a.size(), b.size()); ++w) {
-            if (w > 0 && IsTableName(a[w]) && IsTableName(b[w]) && wantTables.contains(a[w]) &&
-                gotTables.contains(b[w])) {
-                const std::string diff = CompareArrays(head, a[w - 1], wantTables.at(a[w]), gotTables.at(b[w]));
-                if (!diff.empty()) return diff;
-            } else if (a[w] != b[w]) {
-                return std::string("line ") + std::to_string(n + 1) + "\n  expected: " + want[n] +
-                       "\n  actual:   " + got[n];
-            }
-        }
-        if (a.size() != b.size())
-            return std::string("line ") + std::to_string(n + 1) + "\n  expected: " + want[n] +
-                   "\n  actual:   " + got[n];
+    const auto want = Lines(expected), got = Lines(actual);
+    for (std::size_t n = 0; n < std::max(want.size(), got.size()); ++n) {
+        const std::string a = n < want.size() ? want[n] : "(none)", b = n < got.size() ? got[n] : "(none)";
+        if (a == b) continue;
+        const std::string name = a.substr(0, a.find(' '));
+        if (!IsTableName(name) || name != b.substr(0, b.find(' ')))
+            return std::string("line ") + std::to_string(n + 1) + "\n  expected: " + a + "\n  actual:   " + b;
+        const auto x = ParseTables(a).at(name), y = ParseTables(b).at(name);
+        std::size_t i = 0;
+        while (i < x.size() && i < y.size() && std::bit_cast<uint64_t>(x[i]) == std::bit_cast<uint64_t>(y[i])) ++i;
+        const auto user = std::find_if(want.begin(), want.end(), [&](const std::string& line) {
+            return line.starts_with("type") && line.find(" " + name + " ") != std::string::npos;
+        });
+        std::ostringstream out;
+        out.precision(17);
+        out << name << " (first output of \"" << (user == want.end() ? "" : user->substr(0, user->find(" status")))
+            << "\") " << Where(name[0], i) << ": expected ";
+        (i < x.size() ? out << x[i] : out << "no entry") << ", actual ";
+        (i < y.size() ? out << y[i] : out << "no entry");
+        return out.str();
     }
-    if (want.size() != got.size())
-        return std::to_string(got.size()) + " lines of calls, expected " + std::to_string(want.size());
-    return expected == actual ? "" : "the same values under other table names";
+    return "";
 }
 
 }  // namespace quarnel::test
