@@ -1,15 +1,22 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""Recomputes a panel's gains and LUTs by hand, apart from the library, and
-compares them with that panel's end-to-end record (tests/data/e2e/*.txt).
+"""Recomputes panels' gains and driver outputs from the formulas, apart from the
+library, and compares them with the end-to-end records
+(tests/data/e2e/records/*.txt).
 
-For a version 1 to 4 calibration block (read from the record's "block" line)
-with an identity base LUT, it solves the five white-point gains of the
-initialisation request, then builds request 2 at slider positions 1.0, 0.75
-and 1.4, the theater, vivid and reading requests 3 to 7 for lut api type 0:
-gains, LUT improvement, brightness at scale 1.0 and the plain conversion.
+For a calibration block of version 1 to 4 (identity base LUT) or 6 and later
+(base LUT decoded from its LUT string, by position lists or the fixed Huffman
+code), it solves the five white-point gains of the initialisation request,
+then builds request 2 at slider positions 1.0, 0.75 and 1.4 and the theater,
+vivid and reading requests 3 to 7, improves each LUT (dark-end smoothing, or
+step interpolation for version 7), applies the brightness scale and converts
+it for every lut api type 0 to 6: plain and sRGB-folded 16-bit tables, the
+IGCL doubles, the NVIDIA floats (where the record keeps them by value), the
+QCOM brightness and the rejected type 6. Not covered: version 5 factory gamma
+tables, the panels without factory data, the re-gamma and gain flags and the
+VX modes.
 
-Usage: reference_pipeline.py RECORD...   (exit status 1 on any difference)
+Usage: reference_pipeline.py RECORD[:SCALE[:STEP]]...   (exit status 1 on any difference)
 """
 import math
 import struct
@@ -202,7 +209,7 @@ def check_gain(gain, base, threshold=0.4):
     return gain
 
 
-def init_gains(block):
+def init_gains(block, base, threshold):
     version = block[4]
     rows = [list(struct.unpack_from('<3f', block, 12 + 12 * r)) for r in range(4)]
     first_white, lum_target, default_white = (0.3, 0.315), 0.0, (0.0, 0.0)
@@ -222,14 +229,13 @@ def init_gains(block):
     weak, strong = reading_targets(n_target)
     gains = {'Nor': n_gain, 'W': warm, 'C': cold,
              'RdW': solver.solve(weak)[0], 'RdS': solver.solve(strong)[0]}
-    identity = [[i * 256 for i in range(256)] for _ in range(3)]
     for name in ('W', 'C', 'Nor', 'RdW', 'RdS'):
-        check_gain(gains[name], identity)
-    return gains, identity, solver
+        check_gain(gains[name], base, threshold)
+    return gains, solver
 
 
-def theater(solver, base):
-    gain = check_gain([g * 1.05 for g in solver.solve((0.3418, 0.3757))[0]], base)
+def theater(solver, base, threshold):
+    gain = check_gain([g * 1.05 for g in solver.solve((0.3418, 0.3757))[0]], base, threshold)
     return [[base[c][half_up(min(i * gain[c], 255))] for i in range(256)] for c in range(3)]
 
 
@@ -280,70 +286,248 @@ def smooth(lut):
     return [[v * 256 for v in plane] for plane in out]
 
 
-def bright(lut, scale=1.0):
-    th = 0.1
+HUFFMAN_CODES = {'01': 0, '1': 1, '001': 2, '0001': 3, '0000': 4}  # the fixed five-symbol code
+
+
+def lut_from_string(text, method):
+    """The factory gamma LUT of a version 6+ block; None when the string does not decode."""
+    diffs = [[1] * 256 for _ in range(3)]
+    if method == 1:
+        body, group, at = text[1:text[0]], 0, 0
+        while at < len(body):
+            counts, at = body[at:at + 3], at + 3
+            for c in range(3):
+                for pos in body[at:at + counts[c]]:
+                    diffs[c][pos] = 0 if group == 0 else group + 1
+                at += counts[c]
+            group += 1
+    elif method == 0:
+        if text[1] >> 4 != 1:
+            return None
+        bits = ''.join(str(byte >> k & 1) for byte in text[2:text[0]] for k in range(8))
+        if 1 <= (text[1] & 15) <= 7:
+            bits = bits[:len(bits) - (8 - (text[1] & 15))]
+        symbols, code = [], ''
+        for bit in bits:
+            code += bit
+            if code in HUFFMAN_CODES:
+                symbols.append(HUFFMAN_CODES[code])
+                code = ''
+        if len(symbols) > 768 or any(symbols[c * 256] != 0 for c in range(3) if c * 256 < len(symbols)):
+            return None
+        for i, sym in enumerate(symbols):
+            diffs[i // 256][i % 256] = sym
+    else:
+        return None
+    lut = []
+    for c in range(3):
+        diffs[c][0], v, plane = 0, 0, []
+        for d in diffs[c]:
+            v += d
+            plane.append(v * 256)
+        if plane[255] != 65280:
+            return None
+        lut.append(plane)
+    return lut
+
+
+def interpolate(lut, step):
+    """Piecewise-linear 8-bit LUT through every step-th entry."""
+    src = [[v >> 8 for v in plane] for plane in lut]
+    out = [plane[:] for plane in src]
+    step = step if 1 <= step <= 64 else 16
+    for c in range(3):
+        for s in range(0, 255, step):
+            e = min(s + step, 255)
+            for x in range(s + 1, e):
+                out[c][x] = math.trunc((src[c][e] - src[c][s]) / (e - s) * (x - s) + src[c][s] + 0.5)
+        if step != 16:
+            for k in range(1, 16):
+                out[c][k] = math.trunc(k * ((src[c][16] - src[c][0]) * 0.0625) + src[c][0] + 0.5)
+    return [[v * 256 for v in plane] for plane in out]
+
+
+def bright(lut, api_type, scale):
+    th = 0.8 if api_type == 3 else 0.1
     for i in range(half_up(th * 255.0), 256):
         if f32(lut[1][i] / 65280.0) > 0.2:
             th = i / 255.0
             break
     k = (min(max(scale, 0.0), 1.0) - 0.4) * (1.0 - th) / 0.6 + th
-    return [[lut[c][max(math.trunc(i * k + 0.5), 0)] for i in range(256)] for c in range(3)]
+    out = [[lut[c][max(math.trunc(i * k + 0.5), 0)] for i in range(256)] for c in range(3)]
+    peak = min(out[2][255], out[1][255], out[0][255], 65535.0) / 65280.0
+    if api_type == 3 and 0.55 > peak:
+        f = 0.55 / peak if peak else math.inf
+        out = [[0 if v == 0 else math.trunc(min(v * f, 65280.0)) for v in plane] for plane in out]
+    return out
 
 
-def tail(lut):
-    improved = smooth(lut)
-    lut = improved if improved is not None else lut
-    return [[min(max(half_up(v), 0), 65535) for v in plane] for plane in bright(lut)]
+def srgb_resample(lut):
+    """Entry i of the LUT re-read at the sRGB encoding of i / 255, linearly between neighbours."""
+    out = [[0.0] * 256 for _ in range(3)]
+    for i in range(256):
+        x = i / 255.0
+        p = (x * 12.92 if x <= 0.0031308 else 1.055 * x ** (1 / 2.4) - 0.055) * 255.0
+        lo, hi = max(0, math.floor(p)), min(255, math.ceil(p))
+        for c in range(3):
+            w = lut[c]
+            out[c][i] = w[lo] + (w[hi] - w[lo]) / (hi - lo) * (p - lo) if hi != lo else w[hi]
+    return out
+
+
+def nvidia(lut):
+    """Pre-gamma (sRGB decoding ramp) and post-gamma (encoded LUT at 1024 points), interleaved."""
+    enc = [[v / 65280.0 for v in plane] for plane in srgb_resample(lut)]
+    pre, post = [], []
+    for j in range(1024):
+        x = f32(j / 1023)
+        pre += [f32(x / 12.92 if x <= 0.04045 else ((x + 0.055) / 1.055) ** 2.4)] * 3
+        q = f32(j * 255.0 / 1023.0)
+        lo, hi = math.floor(q), math.ceil(q)
+        f = f32((q - lo) / ((hi - lo) or 1.0))
+        post += [f32(enc[c][lo] + (enc[c][hi] - enc[c][lo]) * f) for c in range(3)]
+    return pre + post
+
+
+def tail(lut, api_type, scale, step):
+    """Improvement, brightness and conversion: (outLut, IGCL doubles or None, NVIDIA floats or None)."""
+    if step is not None:
+        lut = interpolate(lut, step)
+    else:
+        lut = smooth(lut) or lut
+    lut = bright(lut, api_type, scale)
+    if api_type == 1:
+        return [[min(max(math.trunc(v + 0.5), 0), 65535) for v in plane] for plane in srgb_resample(lut)], None, None
+    if api_type == 4:
+        return lut, [v / 65280.0 for plane in lut for v in plane], None
+    return lut, None, nvidia(lut) if api_type == 2 else None
 
 
 # ---- comparison with the record ---------------------------------------------
 
+def decode_runs(words):
+    """Whole numbers from run-length coded differences: "256*255" is 255 steps of 256."""
+    values, value = [], 0
+    for word in words:
+        step, _, count = word.partition('*')
+        for _ in range(int(count or 1)):
+            value += int(step)
+            values.append(value)
+    return values
+
+
+def decode_reals(words, single):
+    """An IGCL or NVIDIA table: multiples of 1 / scale, or exact bit patterns (second differences per channel)."""
+    values = decode_runs(words[1:])
+    if words[0] != 'bits':
+        return [f32(v / float(words[0][1:])) if single else v / float(words[0][1:]) for v in values]
+    for _ in range(2):
+        for i in range(3, len(values)):
+            values[i] = (values[i] + values[i - 3]) % 2 ** 64
+    form, mask = ('<f', '<I') if single else ('<d', '<Q')
+    return [struct.unpack(form, struct.pack(mask, v % 2 ** (32 if single else 64)))[0] for v in values]
+
+
 def read_record(path):
-    block, gains, luts, case = None, {}, {}, None
+    """The block, the type 0 gains after initialisation, each call's outputs and the tables they name."""
+    block, gains, calls, tables, case = None, {}, {}, {}, None
     for line in open(path):
         words = line.split()
         if words[0] == 'block':
             block = bytes(int(w) for w in words[1:])
         elif words[0] == 'type':
-            case = (int(words[1]), int(words[3], 16), float(words[5])) if words[2] == 'code' else None
-        elif words[0] in ('Nor', 'W', 'C', 'RdS', 'RdW') and case == (0, 1, 1.0):
+            case = (int(words[1]), words[2], int(words[3], 16), float(words[5]))
+            calls[case] = (int(words[7]), words[9], words[11], words[13])
+        elif words[0] in ('Nor', 'W', 'C', 'RdS', 'RdW') and case == (0, 'code', 1, 1.0):
             gains[words[0]] = [float(w) for w in words[1:]]
-        elif words[0] == 'lut' and case is not None:
-            vals = [int(w) for w in words[1:]]
-            luts[case] = [vals[0:256], vals[256:512], vals[512:768]]
-    return block, gains, luts
+        elif words[0][0] == 'L' and words[0][1:].isdigit():
+            tables[words[0]] = decode_runs(words[1:])
+        elif words[0][0] in 'IN' and words[0][1:].isdigit():
+            tables[words[0]] = decode_reals(words[1:], words[0][0] == 'N')
+    return block, gains, calls, tables
 
 
-def main(paths):
-    failures = 0
-    for path in paths:
-        block, recorded, luts = read_record(path)
-        gains, base, solver = init_gains(block)
-        for name, triple in gains.items():
-            if any(abs(a - b) > 1e-9 for a, b in zip(triple, recorded[name])):
-                print(f'{path}: {name} gains {triple} != recorded {recorded[name]}')
-                failures += 1
-        expected = {
-            (0, 2, 1.0): blend(0.0, gains['Nor'], gains['Nor'], base),
-            (0, 2, 0.75): blend(0.5, gains['Nor'], gains['W'], base),
-            (0, 2, 1.4): blend(0.8, gains['Nor'], gains['C'], base),
-            (0, 3, 1.0): theater(solver, base),
-            (0, 4, 1.0): vivid(gains['Nor'], base),
-            (0, 5, 1.0): blend(0.0, gains['RdS'], gains['RdS'], base),
-            (0, 6, 1.0): blend(0.0, gains['RdW'], gains['RdW'], base),
-            (0, 7, 1.0): blend(0.5, gains['RdW'], gains['RdS'], base),  # rdIndex 0.5
-        }
-        for case, lut in expected.items():
-            want = tail(lut)
-            if luts.get(case) != want:
-                got = luts.get(case)
-                where = next(((c, i) for c in range(3) for i in range(256) if got is None or got[c][i] != want[c][i]))
-                print(f'{path}: request {case[1]} at {case[2]}: first difference at plane {where[0]} entry '
-                      f'{where[1]}: reference {want[where[0]][where[1]]}, recorded '
-                      f'{None if got is None else got[where[0]][where[1]]}')
-                failures += 1
-        print(f'{path}: {"matches" if failures == 0 else "differs"}')
-    return 1 if failures else 0
+def factory_base(block):
+    """The base LUT of the gain modes and the interpolation step: identity below version 6, else the LUT string."""
+    version = block[4]
+    identity = [[i * 256 for i in range(256)] for _ in range(3)]
+    if version < 5:
+        return identity, None
+    if version == 5:
+        raise NotImplementedError('the factory gamma table of version 5 data')
+    at = 297 if version == 6 else 298
+    base = lut_from_string(block[at + 1:at + 2 + block[at + 1]], block[at])
+    if base is None:
+        raise NotImplementedError('a LUT string that does not decode')
+    return base, block[297] if version == 7 else None
+
+
+def requests(gains, solver, base, threshold):
+    """The LUT that each request of the record builds before improvement, by (code, interval)."""
+    return {
+        (2, 1.0): blend(0.0, gains['Nor'], gains['Nor'], base),
+        (2, 0.75): blend(0.5, gains['Nor'], gains['W'], base),
+        (2, 1.4): blend(0.8, gains['Nor'], gains['C'], base),
+        (3, 1.0): theater(solver, base, threshold),
+        (4, 1.0): vivid(gains['Nor'], base),
+        (5, 1.0): blend(0.0, gains['RdS'], gains['RdS'], base),
+        (6, 1.0): blend(0.0, gains['RdW'], gains['RdW'], base),
+        (7, 1.0): blend(0.5, gains['RdW'], gains['RdS'], base),  # rdIndex 0.5
+    }
+
+
+def first_difference(want, got, single=False):
+    flat = [v for plane in want for v in plane] if isinstance(want[0], list) else want
+    for i, (a, b) in enumerate(zip(flat, got)):
+        if (f32(a) if single else a) != b:
+            return f'entry {i}: reference {a!r}, recorded {b!r}'
+    return None if len(flat) == len(got) else f'{len(got)} entries, reference {len(flat)}'
+
+
+def check_panel(path, scale, step_override):
+    """Number of (request, type) calls that match and the descriptions of those that differ."""
+    block, recorded, calls, tables = read_record(path)
+    base, step = factory_base(block)
+    step = step if step_override is None else step_override
+    failures, matched = [], 0
+    for api_type in range(7):
+        threshold = 0.4 if api_type in (0, 1, 4) else 0.5
+        gains, solver = init_gains(block, base, threshold)
+        if api_type == 0:
+            for name, triple in gains.items():
+                if any(abs(a - b) > 1e-9 for a, b in zip(triple, recorded[name])):
+                    failures.append(f'{name} gains {triple} != recorded {recorded[name]}')
+        for (code, interval), lut in requests(gains, solver, base, threshold).items():
+            status, out, igcl, nv = calls[(api_type, 'code', code, interval)]
+            want_out, want_igcl, want_nv = tail(lut, api_type, scale, step)
+            where = f'type {api_type} request {code} at {interval}'
+            diffs = [(f'status {status}' if status != (-6 if api_type == 6 else 0) else None),
+                     first_difference(want_out, tables[out])]
+            if want_igcl is not None:
+                diffs.append(first_difference(want_igcl, tables[igcl]))
+            if want_nv is not None and nv in tables:
+                diffs.append(first_difference(want_nv, tables[nv], single=True))
+            diffs = [d for d in diffs if d]
+            failures += [f'{where}: {d}' for d in diffs]
+            matched += not diffs
+    return matched, failures
+
+
+def main(args):
+    """Each argument is RECORD[:SCALE[:STEP]], the brightness scale and fetched step the record was made with."""
+    total, failed = 0, False
+    for arg in args:
+        path, *rest = arg.split(':')
+        scale = float(rest[0]) if rest else 1.0
+        step = int(rest[1]) if len(rest) > 1 else None
+        matched, failures = check_panel(path, scale, step)
+        for failure in failures[:5]:
+            print(f'{path}: {failure}')
+        print(f'{path}: {matched} calls match, {len(failures)} differences')
+        total += matched
+        failed |= bool(failures)
+    print(f'{len(args)} panels, {total} calls (request x driver type) match the reference')
+    return 1 if failed else 0
 
 
 if __name__ == '__main__':

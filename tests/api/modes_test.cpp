@@ -6,9 +6,9 @@
 #include <cstring>
 #include <memory>
 
-#include "calib/fake_acpi_device.h"
-#include "calib/fake_display_system.h"
 #include "lut/sample_luts.h"
+#include "platform/fake_acpi_device.h"
+#include "platform/fake_display_system.h"
 #include "quarnel/cctapi.h"
 #include "support/capture.h"
 

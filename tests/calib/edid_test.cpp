@@ -6,7 +6,7 @@
 #include <numeric>
 #include <vector>
 
-#include "calib/fake_display_system.h"
+#include "platform/fake_display_system.h"
 #include "support/golden.h"
 
 namespace quarnel {

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "calib/fake_acpi_device.h"
 #include "calib/firmware_reader.h"
+#include "platform/fake_acpi_device.h"
 #include "platform/utf8.h"
 #include "quarnel/cctapi.h"
 #include "support/capture.h"

@@ -1,20 +1,24 @@
 // SPDX-License-Identifier: MIT
 // Every request end to end through the exported entry points: a calibration file of each block version (and
 // the ways of having none), then every request with and without its flags and every VX mode, for every lut api
-// type. One record per panel in tests/data/e2e: statuses, gains, digests of every output, of the messages and
-// of the trace log, and for a few panels the whole LUT.
+// type. One record per panel in tests/data/e2e/records: statuses, gains and every output array by value (the
+// NVIDIA floats by value for the panels kept in full, else as a digest), with the digest of the trace log; the
+// messages of each call in tests/data/e2e/messages.
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <functional>
+#include <map>
 #include <sstream>
 
 #include "calib/block_writer.h"
-#include "calib/fake_acpi_device.h"
-#include "calib/fake_display_system.h"
+#include "e2e/record.h"
+#include "platform/fake_acpi_device.h"
+#include "platform/fake_display_system.h"
 #include "platform/trace_file.h"
 #include "quarnel/cctapi.h"
 #include "support/capture.h"
@@ -135,18 +139,28 @@ struct Recorder {
         EXPECT_EQ(std::filesystem::exists(trace), tracing) << "no request creates the trace file";
         char head[64];
         std::snprintf(head, sizeof head, "type %d %s 0x%02x interval %g", ctx.lutApiType, entry, code, ctx.interval);
-        out += Row(head, "status", status, "out", Fnv(RowOf(&ctx.outLut[0][0], 768)), "igcl",
-                   Fnv(RowOf(&ctx.outIgcl[0][0], 768)), "nv", Fnv(RowOf(&ctx.outNvPreGamma[0][0], 6144)), "said",
-                   Fnv(said), "trace", Fnv(traced));
+        out += Row(head, "status", status, "out", values.Lut(&ctx.outLut[0][0], 768), "igcl",
+                   values.Doubles('I', &ctx.outIgcl[0][0], 768), "nv", NvName(&ctx.outNvPreGamma[0][0]), "said",
+                   SaidName(said), "trace", Fnv(traced));
         std::string gains =
             Row("  fromBios", ctx.fromBios, "biosVer", ctx.biosVer, "gammaK", ctx.gammaK, "rdIndex", ctx.rdIndex);
         const double* triples[] = {ctx.gainNormal, ctx.gainWarm, ctx.gainCold, ctx.gainReadStrong, ctx.gainReadWeak};
         const char* names[] = {"  Nor", "  W", "  C", "  RdS", "  RdW"};
         for (int i = 0; i < 5; ++i) gains += Row(names[i], triples[i][0], triples[i][1], triples[i][2]);
         if (gains != lastGains) out += lastGains = gains;
-        if (p.full && ctx.lutApiType == 0 && (code & 0xC0) == 0 && code != 1)
-            out += "  lut " + RowOf(&ctx.outLut[0][0], 768);
         if (keepText) text += Row("##", head, "status", status) + said + traced;
+    }
+
+    // Each distinct message text once, under the name the calls refer to.
+    std::string SaidName(const std::string& said) {
+        auto [at, fresh] = saidNames.try_emplace(said, std::string("S") + std::to_string(saidNames.size()));
+        if (fresh) messages += std::string("## ") + at->second + " " + std::to_string(said.size()) + "\n" + said + "\n";
+        return at->second;
+    }
+
+    // The float arrays by value for the panels kept in full; for the others their digest (they are large).
+    std::string NvName(const float* nv) {
+        return p.full ? values.Floats('N', nv, 6144) : std::string("#") + Fnv(RowOf(nv, 6144));
     }
 
     std::string Record() {
@@ -176,7 +190,7 @@ struct Recorder {
                         run("vx", static_cast<uint32_t>(mode), interval,
                             [&] { return CCTAPI_VX(mode, &ctx, &curve[0][0]); });
         }
-        return out;
+        return out + values.Lines();
     }
 
     const Panel& p;
@@ -188,7 +202,9 @@ struct Recorder {
     test::FakeDisplaySystem displays;
     platform::ScopedDisplaySystem displayScope{displays};
     test::FakeAcpiDevice firmware;  // answers nothing
-    std::string out, text, lastGains;
+    std::string out, text, lastGains, messages;
+    test::ValueTable values;
+    std::map<std::string, std::string> saidNames;
     bool keepText = false;
 };
 
@@ -216,9 +232,19 @@ const Panel kPanels[] = {
 
 class EndToEnd : public testing::TestWithParam<Panel> {};
 
+// A record compares call by call, so a difference names the first differing entry and both values.
+void ExpectRecord(const std::string& name, const std::string& actual) {
+    const std::filesystem::path file = std::filesystem::path(QUARNEL_TEST_DATA_DIR) / name;
+    const char* regenerate = std::getenv("QUARNEL_REGENERATE");
+    if (regenerate != nullptr && std::string(regenerate) == "1") return test::WriteFile(file, actual);
+    const std::string difference = test::FirstDifference(test::ReadFile(file), actual);
+    EXPECT_TRUE(difference.empty()) << file << ": " << difference << " (QUARNEL_REGENERATE=1 rewrites it)";
+}
+
 TEST_P(EndToEnd, EveryRequestOfEveryType) {
     Recorder recorder(GetParam());
-    test::ExpectGolden(std::string("e2e/") + GetParam().name + ".txt", recorder.Record());
+    ExpectRecord(std::string("e2e/records/") + GetParam().name + ".txt", recorder.Record());
+    test::ExpectGolden(std::string("e2e/messages/") + GetParam().name + ".txt", recorder.messages);
 }
 
 INSTANTIATE_TEST_SUITE_P(Panels, EndToEnd, testing::ValuesIn(kPanels),
@@ -234,7 +260,7 @@ TEST(EndToEndMessages, InitSliderAndVxModeTranscript) {
     r.Case(ctx, "code", 2, [&] { return CCTAPI(2, &ctx); });
     const uint16_t* identity = &ctx.oriLut[0][0];
     r.Case(ctx, "vx", 21, [&] { return CCTAPI_VX(21, &ctx, identity); });
-    test::ExpectGolden("e2e/transcript.txt", r.text);
+    test::ExpectGolden("e2e/messages/init_slider_vx.txt", r.text);
 }
 
 }  // namespace
