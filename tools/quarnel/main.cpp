@@ -6,7 +6,9 @@
 #include <CLI/CLI.hpp>
 #include <iostream>
 
+#include "atomic_file.h"
 #include "commands/commands.h"
+#include "exit_cleanup.h"
 #include "tool_error.h"
 #include "x11/display_commands.h"
 
@@ -19,14 +21,24 @@ int ParseFailure(const CLI::App& app, const CLI::ParseError& e) {
     return code == static_cast<int>(CLI::ExitCodes::Success) ? kExitOk : kExitUsage;
 }
 
+int Failure(const ToolError& e) {
+    std::cout.flush();
+    std::cout.clear();
+    std::cerr << "quarnel: " << e.what() << '\n';
+    return e.code();
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
+    InstallExitCleanup();
     GlobalOptions global;
     CLI::App app("Display calibration curves of a notebook panel, through the quarnel library.", "quarnel");
     app.require_subcommand(0, 1);
     app.fallthrough();
     app.add_flag("-v,--verbose", global.verbose, "Pass the library's own messages on to standard error");
+    app.set_version_flag(
+        "--version", [&global] { return VersionText(global.verbose); }, "Show the tool's and the library's versions");
     app.footer("Example:\n  quarnel modes\n  quarnel lut slider --interval 0.6 -o warm.icc");
     app.failure_message(
         [](const CLI::App*, const CLI::Error& e) { return "quarnel: " + std::string(e.what()) + " (see --help)\n"; });
@@ -36,15 +48,20 @@ int main(int argc, char** argv) {
     AddStringCommands(app, global);
     AddVersionCommand(app, global);
     AddDisplayCommands(app, global);
+    int code = kExitOk;
     try {
         app.parse(argc, argv);
         if (app.get_subcommands().empty()) RunDefaultModes(global);
     } catch (const CLI::ParseError& e) {
-        return ParseFailure(app, e);
+        code = ParseFailure(app, e);
     } catch (const ToolError& e) {
-        std::cout.flush();
-        std::cerr << "quarnel: " << e.what() << '\n';
-        return e.code();
+        return Failure(e);
     }
-    return kExitOk;
+    try {
+        // Help, version and every command's data: all of it reached its reader, or the run failed.
+        if (code == kExitOk) FlushStandardOutput();
+    } catch (const ToolError& e) {
+        return Failure(e);
+    }
+    return code;
 }
