@@ -145,13 +145,13 @@ void AddBlockCommands(CLI::App& app, const GlobalOptions& global) {
         ->add_option("DESCRIPTION", buildCli->descriptionFile,
                      "JSON description (the fields that inspect --json prints)")
         ->required();
-    build->add_option("-o,--output", buildCli->output, "Block file to write")->required();
+    build->add_option("-o", buildCli->output, "Block file to write")->required();
     build->footer("Example:\n  quarnel block build panel.json -o panel.bin");
     build->callback([buildCli, &global] { Build(buildCli->descriptionFile, buildCli->output, global.verbose); });
 
     auto sampleOutput = std::make_shared<std::string>("-");
     auto* sample = block->add_subcommand("sample", "Print the built-in sample panel's description, a template");
-    sample->add_option("-o,--output", *sampleOutput, "File to write (default: standard output)");
+    sample->add_option("-o", *sampleOutput, "File to write (default: standard output)");
     sample->footer("Example:\n  quarnel block sample -o panel.json && quarnel block build panel.json -o panel.bin");
     sample->callback(
         [sampleOutput] { WriteFileAtomically(*sampleOutput, DescriptionToJson(SamplePanel()).dump(2) + "\n"); });
