@@ -30,12 +30,14 @@ struct Result {
 
 class ToolTest : public testing::Test {
 protected:
-    TempDir dir;
+    TempDir dir, tmp;  // tmp is the tool's TMPDIR, empty after every run
+    void TearDown() override { EXPECT_TRUE(fs::is_empty(tmp.path())); }
 
     // Runs a shell command line in the scratch folder; "quarnel" is the tool.
     Result Shell(const std::string& line) {
-        const std::string command = "cd '" + dir.path().string() + "' && quarnel() { '" QUARNEL_TOOL "' \"$@\"; } && " +
-                                    line + " >out.txt 2>err.txt";
+        const std::string command = "cd '" + dir.path().string() + "' && export TMPDIR='" + tmp.path().string() +
+                                    "' && quarnel() { '" QUARNEL_TOOL "' \"$@\"; } && { " + line +
+                                    "; } >out.txt 2>err.txt";
         const int status = std::system(command.c_str());
         Result r{WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadFile(dir / "out.txt"), ReadFile(dir / "err.txt")};
         fs::remove(dir / "out.txt");
@@ -211,6 +213,7 @@ TEST_F(ToolTest, ErrorsExitWithTheirCodeAndLeaveNoOutput) {
         {"string decode 04000000 --method 0 -o out.csv", 65, "does not decode"},
         {"string decode 04000000 --method 1 -o missing/out.csv", 73, "missing/out.csv: cannot create output"},
         {"lut native -o out.png --format tiff", 64, "unknown format \"tiff\""},
+        {"block sample --output out.json", 64, "--output"},
     };
     for (const Case& c : cases) {
         const Result r = Run(c.args);
@@ -240,6 +243,52 @@ TEST_F(ToolTest, VersionHelpAndLibraryChatterStayInTheirPlaces) {
     EXPECT_EQ(quiet.out + verbose.out, "");
     EXPECT_EQ(quiet.err.find("Huffman"), std::string::npos);
     EXPECT_NE(verbose.err.find("=== Get Huffman Table v1 ==="), std::string::npos);
+}
+
+TEST_F(ToolTest, OutputsKeepWhatTheyNameAndFailedWritesSaySo) {
+    const std::string lut = "quarnel lut slider --format csv -o ";
+    const struct {
+        std::string line;
+        int code;
+        std::string err;
+    } cases[] = {
+        // A null device of our own (skipped where mknod is not allowed): a regression must not replace the system's.
+        {"{ mknod n c 1 3 2>/dev/null || exit 0; } && " + lut + "n && test -c n", 0, ""},
+        {"mkfifo f && { timeout 5 cat f >got & } && " + lut + "f && wait && test -p f && test $(wc -l <got) = 257", 0,
+         ""},
+        {"echo x >t && chmod 600 t && ln -s t l && " + lut +
+             "l && test -L l && test $(wc -l <t)$(stat -c %a t) = 257600",
+         0, ""},
+        {"(" + lut + "- >/dev/full)", 74, "standard output: write error: No space left on device"},
+        {"{ sleep 0.3; quarnel modes; echo $? >c; } | true; exit $(cat c)", 74, "standard output: write error: Broken"},
+        {"quarnel lut slider --firmware 0 -o - >/dev/null", 0, "firmware panel 0: this machine has no firmware"},
+        {"quarnel --version | grep -q '^library build v'", 0, ""},
+        {"for i in 1 2 3 4 5 6; do env --default-signal=INT '" QUARNEL_TOOL "' lut slider -o s.png & sleep 0.00$i; "
+         "kill -INT $! 2>/dev/null; done; wait; ! ls -A | grep '^[.]'",
+         0, ""},
+    };
+    for (const auto& c : cases) {
+        const Result r = Shell(c.line);
+        EXPECT_EQ(r.code, c.code) << c.line << ": " << r.err;
+        EXPECT_EQ(r.err.empty() ? "" : r.err.substr(0, 9), c.err.empty() ? "" : "quarnel: ") << r.err;
+        EXPECT_NE(r.err.find(c.err), std::string::npos) << c.line << ": " << r.err;
+        EXPECT_EQ(std::count(r.err.begin(), r.err.end(), '\n'), c.err.empty() ? 0 : 1) << r.err;
+    }
+}
+
+TEST_F(ToolTest, ModesRowsShowTheCurveLutWritesForEveryDriverType) {
+    for (const std::string api : {"plain", "srgb", "nvidia", "qcom", "igcl", "plain5"}) {
+        const Json modes = Json::parse(Run("modes --json --api " + api).out);
+        for (const Json& row : modes.at("modes")) {
+            const std::string lut =
+                "lut " + row.at("mode").get<std::string>() + " --api " + api + " -o - --format json";
+            const Json curve = Json::parse(Run(lut).out);
+            for (const char* plane : {"red", "green", "blue"})
+                for (size_t k = 0; k < 5; ++k)
+                    EXPECT_EQ(row["curve"][plane][k], curve[plane][std::min<size_t>(k * 64, 255)]) << lut;
+        }
+    }
+    EXPECT_EQ(Run("lut native --api nvidia -o -").out, Run("lut native -o -").out);
 }
 
 }  // namespace

@@ -112,8 +112,9 @@ void FlushStandardOutput() {
 
 void WriteFileAtomically(const std::string& path, std::string_view bytes) {
     if (path == "-") {
-        std::cout.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-        FlushStandardOutput();
+        errno = 0;
+        std::cout.write(bytes.data(), static_cast<std::streamsize>(bytes.size())).flush();
+        if (!std::cout) WriteFailed("standard output", errno);
         return;
     }
     struct stat named {};
