@@ -9,6 +9,8 @@
 #include <cstdlib>
 #include <fstream>
 #include <nlohmann/json.hpp>
+#include <random>
+#include <set>
 #include <sstream>
 
 #include "support/golden.h"
@@ -289,6 +291,69 @@ TEST_F(ToolTest, ModesRowsShowTheCurveLutWritesForEveryDriverType) {
         }
     }
     EXPECT_EQ(Run("lut native --api nvidia -o -").out, Run("lut native -o -").out);
+}
+
+// Seeded random and mutated inputs for every command: whatever comes in, the
+// run ends with a documented code and no sanitizer report, leaves no output
+// when it fails, and writes a curve that is not black when it succeeds.
+TEST_F(ToolTest, RandomInputsEndInADocumentedWay) {
+    std::mt19937 rng(20241124);
+    const auto pick = [&](size_t n) { return static_cast<size_t>(rng() % n); };
+    const std::string valid[] = {ReadFile(dir / Block("v7")), ReadFile(kData / "block_v7.json"), SpreadCsv(),
+                                 Run("lut slider -o - --format json").out};
+    const std::string extremes[] = {"nan", "inf", "-1", "1e400", "''", "99999999999999999999", "-0", "0.5", "1.5", "3"};
+    const auto mutate = [&](std::string s) {
+        switch (pick(4)) {
+            case 0:
+                s.assign(pick(600), '\0');
+                [[fallthrough]];
+            case 1:
+                for (size_t i = pick(8) + 1; i-- > 0 && !s.empty();)
+                    s[pick(s.size())] ^= static_cast<char>(1 << pick(8));
+                break;
+            case 2:
+                s.resize(pick(s.size() + 1));
+                break;
+            default:
+                s.insert(pick(s.size() + 1), std::string(1 + pick(4), "-,.:e9\"[]{}\n"[pick(14)]));
+        }
+        return s;
+    };
+    const std::string commands[] = {"modes --calib in.bin --api A",
+                                    "block inspect in.bin --json",
+                                    "block build in.json -o o.bin",
+                                    "string encode in.csv",
+                                    "string decode H --method M -o o.csv",
+                                    "lut vx-curve --curve in.csv -o o.csv --api A",
+                                    "lut vx-curve --curve c.json -o o.cal",
+                                    "lut slider --interval X --brightness X -o o.csv --api A",
+                                    "lut reading-multi --reading-levels X --reading-index X -o o.csv",
+                                    "lut theater --calib in.bin --brightness X -o o.csv --api A"};
+    const std::set<int> documented{0, 64, 65, 66, 69, 73, 74};
+    for (int run = 0; run < QUARNEL_RANDOM_RUNS; ++run) {
+        for (size_t f = 0; f < 4; ++f)
+            WriteFile(dir / std::array{"in.bin", "in.json", "in.csv", "c.json"}[f], mutate(valid[f]));
+        std::string line = commands[static_cast<size_t>(run) % std::size(commands)], hex;
+        for (size_t n = pick(12) + 1; n-- > 0;) hex += "0123456789abcdefx"[pick(17)];
+        for (const auto& [key, value] :
+             {std::pair<std::string, std::string>{"X", extremes[pick(10)]},
+              {"X", extremes[pick(10)]},
+              {"A", std::array{"plain", "srgb", "nvidia", "qcom", "igcl", "plain5"}[pick(6)]},
+              {"H", hex},
+              {"M", extremes[pick(10)]}})
+            if (const size_t at = line.find(" " + key); at != std::string::npos) line.replace(at + 1, 1, value);
+        fs::remove(dir / "o.csv"), fs::remove(dir / "o.bin"), fs::remove(dir / "o.cal");
+        const Result r = Run(line);
+        EXPECT_TRUE(documented.count(r.code)) << r.code << " " << line << ": " << r.err;
+        EXPECT_EQ(r.err.find("Sanitizer"), std::string::npos) << line << ": " << r.err;
+        EXPECT_EQ(r.err.find("runtime error"), std::string::npos) << line << ": " << r.err;
+        const bool wrote = fs::exists(dir / "o.csv") || fs::exists(dir / "o.bin") || fs::exists(dir / "o.cal");
+        EXPECT_EQ(wrote, r.code == 0 && line.find(" -o ") != std::string::npos) << r.code << " " << line;
+        if (r.code == 0 && fs::exists(dir / "o.csv")) {
+            const Values curve = Numbers(ReadFile(dir / "o.csv"), 1, 3, 1);
+            EXPECT_TRUE(std::any_of(curve.begin(), curve.end(), [](long v) { return v > 0; })) << line;
+        }
+    }
 }
 
 }  // namespace

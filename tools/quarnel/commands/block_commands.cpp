@@ -37,6 +37,11 @@ std::string Hex(const std::vector<uint8_t>& bytes) {
     return text;
 }
 
+// A damaged block's text fields hold any bytes; they are shown, not refused.
+std::string Dump(const Json& json, int indent = -1) {
+    return json.dump(indent, ' ', false, Json::error_handler_t::replace);
+}
+
 Json Crc(const CrcCheck& crc) { return Json{{"stored", crc.stored}, {"computed", crc.computed}, {"ok", crc.ok()}}; }
 
 struct LibraryVerdict {
@@ -73,7 +78,7 @@ Json Report(const DecodedBlock& block, const LibraryVerdict& library) {
 // Each key on one line; short arrays stay on it, long ones are summarised.
 void PrintText(const Json& json, const std::string& indent = "") {
     for (const auto& [key, value] : json.items()) {
-        std::string shown = value.dump();
+        std::string shown = Dump(value);
         if (value.is_object() && key != "gamma_lut") {
             std::cout << indent << key << ":\n";
             PrintText(value, indent + "  ");
@@ -103,7 +108,7 @@ void Inspect(const std::string& path, bool json, bool verbose) {
     std::memcpy(block.data(), bytes.data(), kBlockSize);
     const DecodedBlock decoded = DecodeBlock(block, verbose);
     const Json report = Report(decoded, AskLibrary(path, verbose));
-    json ? void(std::cout << report.dump(2) << '\n') : PrintText(report);
+    json ? void(std::cout << Dump(report, 2) << '\n') : PrintText(report);
     if (problem) throw ToolError(kExitData, path + ": " + *problem);
 }
 
