@@ -264,6 +264,9 @@ TEST_F(ToolTest, OutputsKeepWhatTheyNameAndFailedWritesSaySo) {
         {"(" + lut + "- >/dev/full)", 74, "standard output: write error: No space left on device"},
         {"{ sleep 0.3; quarnel modes; echo $? >c; } | true; exit $(cat c)", 74, "standard output: write error: Broken"},
         {"quarnel lut slider --firmware 0 -o - >/dev/null", 0, "firmware panel 0: this machine has no firmware"},
+        {"quarnel lut slider --interval 0.7 -o s.csv >&- && quarnel lut slider --interval 0.7 -o - | cmp - s.csv", 0,
+         ""},
+        {"quarnel modes >&-", 74, "standard output: write error"},
         {"quarnel --version | grep -q '^library build v'", 0, ""},
         {"for i in 1 2 3 4 5 6; do env --default-signal=INT '" QUARNEL_TOOL "' lut slider -o s.png & sleep 0.00$i; "
          "kill -INT $! 2>/dev/null; done; wait; ! ls -A | grep '^[.]'",

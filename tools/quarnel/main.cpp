@@ -3,7 +3,11 @@
 // Data goes to standard output, messages to standard error; the exit code
 // follows sysexits.
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <CLI/CLI.hpp>
+#include <cerrno>
 #include <iostream>
 
 #include "atomic_file.h"
@@ -21,6 +25,14 @@ int ParseFailure(const CLI::App& app, const CLI::ParseError& e) {
     return code == static_cast<int>(CLI::ExitCodes::Success) ? kExitOk : kExitUsage;
 }
 
+// A closed standard stream would hand its number to the next file the tool
+// opens, which quieting the library's output would then close. Each closed
+// one is held by /dev/null opened the other way, so using it still fails.
+void HoldClosedStandardStreams() {
+    for (const int fd : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+        if (::fcntl(fd, F_GETFD) < 0 && errno == EBADF) ::open("/dev/null", fd == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+}
+
 int Failure(const ToolError& e) {
     std::cout.flush();
     std::cout.clear();
@@ -31,6 +43,7 @@ int Failure(const ToolError& e) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    HoldClosedStandardStreams();
     InstallExitCleanup();
     GlobalOptions global;
     CLI::App app("Display calibration curves of a notebook panel, through the quarnel library.", "quarnel");
