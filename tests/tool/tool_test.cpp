@@ -10,6 +10,8 @@
 #include <cstdlib>
 #include <fstream>
 #include <nlohmann/json.hpp>
+#include <random>
+#include <set>
 #include <sstream>
 
 #include "support/golden.h"
@@ -31,12 +33,14 @@ struct Result {
 
 class ToolTest : public testing::Test {
 protected:
-    TempDir dir;
+    TempDir dir, tmp;  // tmp is the tool's TMPDIR, empty after every run
+    void TearDown() override { EXPECT_TRUE(fs::is_empty(tmp.path())); }
 
     // Runs a shell command line in the scratch folder; "quarnel" is the tool.
     Result Shell(const std::string& line) {
-        const std::string command = "cd '" + dir.path().string() + "' && quarnel() { '" QUARNEL_TOOL "' \"$@\"; } && " +
-                                    line + " >out.txt 2>err.txt";
+        const std::string command = "cd '" + dir.path().string() + "' && export TMPDIR='" + tmp.path().string() +
+                                    "' && quarnel() { '" QUARNEL_TOOL "' \"$@\"; } && { " + line +
+                                    "; } >out.txt 2>err.txt";
         const int status = std::system(command.c_str());
         Result r{WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadFile(dir / "out.txt"), ReadFile(dir / "err.txt")};
         fs::remove(dir / "out.txt");
@@ -283,6 +287,7 @@ TEST_F(ToolTest, ErrorsExitWithTheirCodeAndLeaveNoOutput) {
         {"string encode /dev/urandom", 65, "/dev/urandom: more than 1048576 bytes"},
         {"block build /dev/zero -o out.bin", 65, "/dev/zero: more than 1048576 bytes"},
         {"block inspect .", 66, ".: cannot read input: it is a directory"},
+        {"block sample --output out.json", 64, "--output"},
     };
     for (const Case& c : cases) {
         const Result r = Run(c.args);
@@ -423,6 +428,119 @@ TEST_F(ToolTest, InspectedBlocksRebuildByteForByte) {
         WriteFile(dir / "d.json", json.out);
         ASSERT_EQ(Run("block build d.json -o out.bin").code, 0) << json.out;
         EXPECT_EQ(ReadFile(dir / "out.bin"), bytes) << json.out;
+    }
+}
+
+TEST_F(ToolTest, OutputsKeepWhatTheyNameAndFailedWritesSaySo) {
+    const std::string lut = "quarnel lut slider --format csv -o ";
+    const struct {
+        std::string line;
+        int code;
+        std::string err;
+    } cases[] = {
+        // A null device of our own (skipped where mknod is not allowed): a regression must not replace the system's.
+        {"{ mknod n c 1 3 2>/dev/null || exit 0; } && " + lut + "n && test -c n", 0, ""},
+        {"mkfifo f && { timeout 5 cat f >got & } && " + lut + "f && wait && test -p f && test $(wc -l <got) = 257", 0,
+         ""},
+        {"echo x >t && chmod 600 t && ln -s t l && " + lut +
+             "l && test -L l && test $(wc -l <t)$(stat -c %a t) = 257600",
+         0, ""},
+        {"(" + lut + "- >/dev/full)", 74, "standard output: write error: No space left on device"},
+        {"{ sleep 0.3; quarnel modes; echo $? >c; } | true; exit $(cat c)", 74, "standard output: write error: Broken"},
+        {"quarnel lut slider --firmware 0 -o - >/dev/null", 0, "firmware panel 0: this machine has no firmware"},
+        {"quarnel lut slider --interval 0.7 -o s.csv >&- && quarnel lut slider --interval 0.7 -o - | cmp - s.csv", 0,
+         ""},
+        {"quarnel modes >&-", 74, "standard output: write error"},
+        {"quarnel --version | grep -q '^library build v'", 0, ""},
+        {"for i in 1 2 3 4 5 6; do env --default-signal=INT '" QUARNEL_TOOL "' lut slider -o s.png & sleep 0.00$i; "
+         "kill -INT $! 2>/dev/null; done; wait; ! ls -A | grep '^[.]'",
+         0, ""},
+    };
+    for (const auto& c : cases) {
+        const Result r = Shell(c.line);
+        EXPECT_EQ(r.code, c.code) << c.line << ": " << r.err;
+        EXPECT_EQ(r.err.empty() ? "" : r.err.substr(0, 9), c.err.empty() ? "" : "quarnel: ") << r.err;
+        EXPECT_NE(r.err.find(c.err), std::string::npos) << c.line << ": " << r.err;
+        EXPECT_EQ(std::count(r.err.begin(), r.err.end(), '\n'), c.err.empty() ? 0 : 1) << r.err;
+    }
+}
+
+TEST_F(ToolTest, ModesRowsShowTheCurveLutWritesForEveryDriverType) {
+    for (const std::string api : {"plain", "srgb", "nvidia", "qcom", "igcl", "plain5"}) {
+        const Json modes = Json::parse(Run("modes --json --api " + api).out);
+        for (const Json& row : modes.at("modes")) {
+            const std::string lut =
+                "lut " + row.at("mode").get<std::string>() + " --api " + api + " -o - --format json";
+            const Json curve = Json::parse(Run(lut).out);
+            for (const char* plane : {"red", "green", "blue"})
+                for (size_t k = 0; k < 5; ++k)
+                    EXPECT_EQ(row["curve"][plane][k], curve[plane][std::min<size_t>(k * 64, 255)]) << lut;
+        }
+    }
+    EXPECT_EQ(Run("lut native --api nvidia -o -").out, Run("lut native -o -").out);
+}
+
+// Seeded random and mutated inputs for every command: whatever comes in, the
+// run ends with a documented code and no sanitizer report, leaves no output
+// when it fails, and writes a curve that is not black when it succeeds.
+TEST_F(ToolTest, RandomInputsEndInADocumentedWay) {
+    std::mt19937 rng(20241124);
+    const auto pick = [&](size_t n) { return static_cast<size_t>(rng() % n); };
+    const std::string valid[] = {ReadFile(dir / Block("v7")), ReadFile(kData / "block_v7.json"), SpreadCsv(),
+                                 Run("lut slider -o - --format json").out};
+    const std::string extremes[] = {"nan", "inf", "-1", "1e400", "''", "99999999999999999999", "-0", "0.5", "1.5", "3"};
+    const auto mutate = [&](std::string s) {
+        switch (pick(4)) {
+            case 0:
+                s.resize(pick(600));
+                for (char& c : s) c = static_cast<char>(rng());
+                break;
+            case 1:
+                for (size_t i = pick(8) + 1; i-- > 0 && !s.empty();)
+                    s[pick(s.size())] ^= static_cast<char>(1 << pick(8));
+                break;
+            case 2:
+                s.resize(pick(s.size() + 1));
+                break;
+            default:
+                s.insert(pick(s.size() + 1), std::string(1 + pick(4), "-,.:e9\"[]{}\n"[pick(12)]));
+        }
+        return s;
+    };
+    const std::string commands[] = {"modes --calib in.bin --api A",
+                                    "block inspect in.bin --json",
+                                    "block build in.json -o o.bin",
+                                    "string encode in.csv",
+                                    "string decode H --method M -o o.csv",
+                                    "lut vx-curve --curve in.csv -o o.csv --api A",
+                                    "lut vx-curve --curve c.json -o o.cal",
+                                    "lut slider --interval X --brightness X -o o.csv --api A",
+                                    "lut reading-multi --reading-levels X --reading-index X -o o.csv",
+                                    "lut theater --calib in.bin --brightness X -o o.csv --api A"};
+    const std::set<int> documented{0, 64, 65, 66, 69, 73, 74};
+    for (int run = 0; run < QUARNEL_RANDOM_RUNS; ++run) {
+        for (size_t f = 0; f < 4; ++f)
+            WriteFile(dir / std::array{"in.bin", "in.json", "in.csv", "c.json"}[f], mutate(valid[f]));
+        std::string line = commands[static_cast<size_t>(run) % std::size(commands)], hex;
+        for (size_t n = pick(12) + 1; n-- > 0;) hex += "0123456789abcdefx"[pick(17)];
+        for (const auto& [key, value] :
+             {std::pair<std::string, std::string>{"X", extremes[pick(10)]},
+              {"X", extremes[pick(10)]},
+              {"A", std::array{"plain", "srgb", "nvidia", "qcom", "igcl", "plain5"}[pick(6)]},
+              {"H", hex},
+              {"M", extremes[pick(10)]}})
+            if (const size_t at = line.find(" " + key); at != std::string::npos) line.replace(at + 1, 1, value);
+        fs::remove(dir / "o.csv"), fs::remove(dir / "o.bin"), fs::remove(dir / "o.cal");
+        const Result r = Run(line);
+        EXPECT_TRUE(documented.count(r.code)) << r.code << " " << line << ": " << r.err;
+        EXPECT_EQ(r.err.find("Sanitizer"), std::string::npos) << line << ": " << r.err;
+        EXPECT_EQ(r.err.find("runtime error"), std::string::npos) << line << ": " << r.err;
+        const bool wrote = fs::exists(dir / "o.csv") || fs::exists(dir / "o.bin") || fs::exists(dir / "o.cal");
+        EXPECT_EQ(wrote, r.code == 0 && line.find(" -o ") != std::string::npos) << r.code << " " << line;
+        if (r.code == 0 && fs::exists(dir / "o.csv")) {
+            const Values curve = Numbers(ReadFile(dir / "o.csv"), 1, 3, 1);
+            EXPECT_TRUE(std::any_of(curve.begin(), curve.end(), [](long v) { return v > 0; })) << line;
+        }
     }
 }
 

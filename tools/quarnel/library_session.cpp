@@ -1,15 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "library_session.h"
 
-#include <unistd.h>
-
 #include <algorithm>
-#include <cstdio>
 #include <cstring>
-#include <filesystem>
+#include <iostream>
 
 #include "block/block_codec.h"
 #include "input_file.h"
+#include "memory_file.h"
 #include "panel/panel_source.h"
 #include "quiet_stdout.h"
 #include "sample_panel.h"
@@ -17,21 +15,6 @@
 
 namespace quarnel::tool {
 namespace {
-
-std::string WriteSampleBlock(bool verbose) {
-    const auto block = EncodeBlock(SamplePanel(), verbose);
-    const auto dir = std::filesystem::temp_directory_path();
-    std::string path = (dir / "quarnel-sample-XXXXXX").string();
-    const int fd = ::mkstemp(path.data());
-    if (fd < 0) throw ToolError(kExitCantCreate, path + ": cannot create the sample panel's block");
-    const bool ok = ::write(fd, block.data(), block.size()) == static_cast<ssize_t>(block.size());
-    ::close(fd);
-    if (!ok) {
-        std::remove(path.c_str());
-        throw ToolError(kExitCantCreate, path + ": cannot write the sample panel's block");
-    }
-    return path;
-}
 
 // Reads the block with its bound; a file of any other size is refused here.
 std::optional<std::string> BlockFileProblem(const std::string& path, bool verbose) {
@@ -59,6 +42,7 @@ LibrarySession::LibrarySession(const CurveOptions& options, bool vetBlock)
     ctx_->rdIndex = options.readingIndex;
     if (options.firmwarePanel) {
         ctx_->panelIndex = *options.firmwarePanel;
+        firmwarePanel_ = options.firmwarePanel;
         sourceName_ = "firmware panel " + std::to_string(*options.firmwarePanel);
         return;
     }
@@ -69,8 +53,10 @@ LibrarySession::LibrarySession(const CurveOptions& options, bool vetBlock)
         sourcePath_ = *options.calibFile;
         sourceName_ = *options.calibFile;
     } else {
-        sampleFile_ = WriteSampleBlock(verbose_);
-        sourcePath_ = sampleFile_;
+        const auto block = EncodeBlock(SamplePanel(), verbose_);
+        sampleFile_ =
+            std::make_unique<MemoryFile>(std::string_view(reinterpret_cast<const char*>(block.data()), block.size()));
+        sourcePath_ = sampleFile_->path();
         sourceName_ = "sample panel";
     }
     // The library joins path and file name without a separator.
@@ -79,9 +65,7 @@ LibrarySession::LibrarySession(const CurveOptions& options, bool vetBlock)
     ctx_->kalzenFilename = sourcePath_.c_str();
 }
 
-LibrarySession::~LibrarySession() {
-    if (!sampleFile_.empty()) std::remove(sampleFile_.c_str());
-}
+LibrarySession::~LibrarySession() = default;
 
 int32_t LibrarySession::Init() {
     const int32_t status = Request(CCTAPI_INIT_GAIN);
@@ -90,7 +74,21 @@ int32_t LibrarySession::Init() {
         throw ToolError(kExitData, sourceName_ + ": " + problem.value_or("calibration block failed its checks"));
     }
     if (status == CCT_ERR_FILE_NOT_OPENED) throw ToolError(kExitNoInput, sourceName_ + ": cannot read input");
+    if (firmwarePanel_ && ctx_->fromBios == 0) std::cerr << "quarnel: " << sourceName_ << ": " << FirmwareGap() << '\n';
     return status;
+}
+
+std::string LibrarySession::FirmwareGap() const {
+    constexpr int32_t kNoDevice = -1;  // OLKReadDataBlock: the device does not open
+    uint8_t block[kBlockSize];
+    int32_t status = 0;
+    {
+        QuietStdout quiet(verbose_);
+        status = OLKReadDataBlock(nullptr, block, *firmwarePanel_);
+    }
+    const std::string consequence = "; the library answers without factory data";
+    if (status == kNoDevice) return "this machine has no firmware calibration device" + consequence;
+    return "the firmware gave no usable calibration block" + consequence;
 }
 
 int32_t LibrarySession::Request(uint32_t code) {

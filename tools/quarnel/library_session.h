@@ -4,8 +4,10 @@
 // calibration source, and the requests, each with standard output quieted.
 
 #include <memory>
+#include <optional>
 #include <string>
 
+#include "memory_file.h"
 #include "mode_curve.h"
 #include "quarnel/cctapi.h"
 
@@ -27,6 +29,7 @@ public:
     int32_t Request(uint32_t code);
     int32_t Vx(int32_t mode, const Curve* toneCurve);
 
+    void SetApiType(int32_t lutApiType) { ctx_->lutApiType = lutApiType; }
     const CctContext& context() const { return *ctx_; }
     Curve OutCurve() const;
     const std::string& sourceName() const { return sourceName_; }
@@ -34,10 +37,14 @@ public:
     const std::string& sourcePath() const { return sourcePath_; }
 
 private:
+    // Why a firmware source gave no factory data, for standard error.
+    std::string FirmwareGap() const;
+
     std::unique_ptr<CctContext> ctx_;
-    std::string sourcePath_;  // the file the library reads, when there is one
-    std::string sampleFile_;  // our own temporary copy of the sample panel
-    std::string sourceName_;  // for messages
+    std::optional<int> firmwarePanel_;
+    std::string sourcePath_;                  // the file the library reads, when there is one
+    std::unique_ptr<MemoryFile> sampleFile_;  // the sample panel's block, when it is the source
+    std::string sourceName_;                  // for messages
     bool verbose_;
 };
 

@@ -3,11 +3,17 @@
 // Data goes to standard output, messages to standard error; the exit code
 // follows sysexits.
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <CLI/CLI.hpp>
+#include <cerrno>
 #include <iostream>
 
+#include "atomic_file.h"
 #include "commands/commands.h"
 #include "commands/panel_commands.h"
+#include "exit_cleanup.h"
 #include "tool_error.h"
 #include "x11/display_commands.h"
 
@@ -20,14 +26,33 @@ int ParseFailure(const CLI::App& app, const CLI::ParseError& e) {
     return code == static_cast<int>(CLI::ExitCodes::Success) ? kExitOk : kExitUsage;
 }
 
+// A closed standard stream would hand its number to the next file the tool
+// opens, which quieting the library's output would then close. Each closed
+// one is held by /dev/null opened the other way, so using it still fails.
+void HoldClosedStandardStreams() {
+    for (const int fd : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+        if (::fcntl(fd, F_GETFD) < 0 && errno == EBADF) ::open("/dev/null", fd == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+}
+
+int Failure(const ToolError& e) {
+    std::cout.flush();
+    std::cout.clear();
+    std::cerr << "quarnel: " << e.what() << '\n';
+    return e.code();
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
+    HoldClosedStandardStreams();
+    InstallExitCleanup();
     GlobalOptions global;
     CLI::App app("Display calibration curves of a notebook panel, through the quarnel library.", "quarnel");
     app.require_subcommand(0, 1);
     app.fallthrough();
     app.add_flag("-v,--verbose", global.verbose, "Pass the library's own messages on to standard error");
+    app.set_version_flag(
+        "--version", [&global] { return VersionText(global.verbose); }, "Show the tool's and the library's versions");
     app.footer("Example:\n  quarnel modes\n  quarnel lut slider --interval 0.6 -o warm.icc");
     app.failure_message(
         [](const CLI::App*, const CLI::Error& e) { return "quarnel: " + std::string(e.what()) + " (see --help)\n"; });
@@ -39,15 +64,20 @@ int main(int argc, char** argv) {
     AddDisplayCommands(app, global);
     AddPlotCommand(app, global);
     AddProfileCommands(app, global);
+    int code = kExitOk;
     try {
         app.parse(argc, argv);
         if (app.get_subcommands().empty()) RunDefaultModes(global);
     } catch (const CLI::ParseError& e) {
-        return ParseFailure(app, e);
+        code = ParseFailure(app, e);
     } catch (const ToolError& e) {
-        std::cout.flush();
-        std::cerr << "quarnel: " << e.what() << '\n';
-        return e.code();
+        return Failure(e);
     }
-    return kExitOk;
+    try {
+        // Help, version and every command's data: all of it reached its reader, or the run failed.
+        if (code == kExitOk) FlushStandardOutput();
+    } catch (const ToolError& e) {
+        return Failure(e);
+    }
+    return code;
 }

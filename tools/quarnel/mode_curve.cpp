@@ -73,10 +73,20 @@ ModeCurve RunMode(LibrarySession& session, Mode mode, const CurveOptions& option
     const ModeEntry& entry = Entry(mode);
     if (mode == Mode::VxCurve && !options.toneCurve)
         throw ToolError(kExitUsage, "vx-curve needs a tone curve (--curve FILE)");
-    if (entry.vx)
-        result.status = session.Vx(entry.code, mode == Mode::VxCurve ? &*options.toneCurve : nullptr);
-    else
-        result.status = session.Request(static_cast<uint32_t>(entry.code));
+    const auto run = [&] {
+        return entry.vx ? session.Vx(entry.code, mode == Mode::VxCurve ? &*options.toneCurve : nullptr)
+                        : session.Request(static_cast<uint32_t>(entry.code));
+    };
+    result.status = run();
+    // Every other request leaves its 16-bit table in outLut, the one the float
+    // forms are made from. The native request for nvidia writes only the
+    // driver's two float ramps, both identities, and leaves outLut as it was:
+    // its curve is the table the same request gives for plain.
+    if (mode == Mode::Native && options.apiType == CCT_LUT_API_NVIDIA && result.status == 0) {
+        session.SetApiType(CCT_LUT_API_PLAIN);
+        run();
+        session.SetApiType(options.apiType);
+    }
     result.curve = session.OutCurve();
     return result;
 }

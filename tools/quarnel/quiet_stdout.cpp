@@ -27,6 +27,8 @@ int Redirect(int fd) {
 void Restore(int saved) {
     if (saved < 0) return;
     FlushAll();
+    // A failure of the library's chatter is no failure of the tool's data.
+    std::clearerr(stdout);
     ::dup2(saved, STDOUT_FILENO);
     ::close(saved);
 }

@@ -14,7 +14,8 @@ enum ExitCode : int {
     kExitData = 65,         // EX_DATAERR
     kExitNoInput = 66,      // EX_NOINPUT
     kExitUnavailable = 69,  // EX_UNAVAILABLE: no display, no RandR, no such output, or no X11 support
-    kExitCantCreate = 73    // EX_CANTCREAT
+    kExitCantCreate = 73,   // EX_CANTCREAT
+    kExitIoError = 74       // EX_IOERR: a write that failed (full disk, closed pipe)
 };
 
 class ToolError : public std::runtime_error {

@@ -56,4 +56,10 @@ expect_unavailable() {
 }
 expect_unavailable DISPLAY env -u DISPLAY "$quarnel" reset
 expect_unavailable NO-SUCH-OUTPUT "$quarnel" show --output NO-SUCH-OUTPUT
+# A ramp of the wrong size draws a protocol error from the server: one line and 69, not Xlib's report.
+printf '#include <X11/extensions/Xrandr.h>\nint XRRGetCrtcGammaSize(Display *d, RRCrtc c) { return 7; }\n' >"$work/size.c"
+if cc -shared -fPIC -o "$work/size.so" "$work/size.c" 2>/dev/null; then
+  expect_unavailable "refused a RandR request: BadMatch" env LD_PRELOAD="$work/size.so" \
+    ASAN_OPTIONS=verify_asan_link_order=0 "$quarnel" reset
+fi
 echo "passed on display $DISPLAY"

@@ -31,6 +31,11 @@ int BlockStatus(const DecodedBlock& block) {
     return block.headerCrc.ok() ? 0 : 1;
 }
 
+// A damaged block's text fields hold any bytes; they are shown, not refused.
+std::string Dump(const Json& json, int indent = -1) {
+    return json.dump(indent, ' ', false, Json::error_handler_t::replace);
+}
+
 Json Crc(const CrcCheck& crc) { return Json{{"stored", crc.stored}, {"computed", crc.computed}, {"ok", crc.ok()}}; }
 
 struct LibraryVerdict {
@@ -69,7 +74,7 @@ Json Report(const DecodedBlock& block, const LibraryVerdict& library) {
 // Each key on one line; short arrays stay on it, long ones are summarised.
 void PrintText(const Json& json, const std::string& indent = "") {
     for (const auto& [key, value] : json.items()) {
-        std::string shown = value.is_null() ? "none" : value.dump();
+        std::string shown = value.is_null() ? "none" : Dump(value);
         if (value.is_object() && key != "gamma_lut") {
             std::cout << indent << key << ":\n";
             PrintText(value, indent + "  ");
@@ -101,7 +106,7 @@ DecodedBlock ReadBlock(const std::string& path, bool verbose) {
 void Inspect(const std::string& path, bool json, bool verbose) {
     const DecodedBlock decoded = ReadBlock(path, verbose);
     const Json report = Report(decoded, AskLibrary(path, verbose));
-    json ? void(std::cout << report.dump(2) << '\n') : PrintText(report);
+    json ? void(std::cout << Dump(report, 2) << '\n') : PrintText(report);
     if (const auto problem = FindBlockProblem(decoded)) throw ToolError(kExitData, path + ": " + *problem);
 }
 
@@ -156,7 +161,7 @@ void AddBlockCommands(CLI::App& app, const GlobalOptions& global) {
         ->add_option("DESCRIPTION", buildCli->descriptionFile,
                      "JSON description (the fields that inspect --json prints)")
         ->required();
-    build->add_option("-o,--output", buildCli->output, "Block file to write")->required();
+    build->add_option("-o", buildCli->output, "Block file to write")->required();
     build->footer("Example:\n  quarnel block build panel.json -o panel.bin");
     build->callback([buildCli, &global] { Build(buildCli->descriptionFile, buildCli->output, global.verbose); });
 
@@ -175,7 +180,7 @@ void AddBlockCommands(CLI::App& app, const GlobalOptions& global) {
 
     auto sampleOutput = std::make_shared<std::string>("-");
     auto* sample = block->add_subcommand("sample", "Print the built-in sample panel's description, a template");
-    sample->add_option("-o,--output", *sampleOutput, "File to write (default: standard output)");
+    sample->add_option("-o", *sampleOutput, "File to write (default: standard output)");
     sample->footer("Example:\n  quarnel block sample -o panel.json && quarnel block build panel.json -o panel.bin");
     sample->callback(
         [sampleOutput] { WriteFileAtomically(*sampleOutput, DescriptionToJson(SamplePanel()).dump(2) + "\n"); });

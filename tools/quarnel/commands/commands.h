@@ -4,6 +4,7 @@
 // callback.
 
 #include <CLI/CLI.hpp>
+#include <string>
 
 namespace quarnel::tool {
 
@@ -17,6 +18,8 @@ void AddLutCommand(CLI::App& app, const GlobalOptions& global);
 void AddBlockCommands(CLI::App& app, const GlobalOptions& global);
 void AddStringCommands(CLI::App& app, const GlobalOptions& global);
 void AddVersionCommand(CLI::App& app, const GlobalOptions& global);
+// What `quarnel version` and `quarnel --version` print, without the last newline.
+std::string VersionText(bool verbose);
 
 // `quarnel` with no command shows the modes of the sample panel.
 void RunDefaultModes(const GlobalOptions& global);

@@ -4,6 +4,7 @@
 
 #include <iostream>
 #include <memory>
+#include <sstream>
 
 #include "commands/commands.h"
 #include "quarnel/cctapi.h"
@@ -21,24 +22,26 @@ std::string LibraryBuild() {
     return text;
 }
 
-void Run(bool verbose) {
+}  // namespace
+
+std::string VersionText(bool verbose) {
     auto ctx = std::make_unique<CctContext>();
     {
         QuietStdout quiet(verbose);
         CCTAPI(CCTAPI_GET_VERSION, ctx.get());
     }
-    std::cout << "quarnel tool " << QUARNEL_VERSION << '\n'
-              << "library interface " << ((ctx->version >> 16) & 0xFF) << '.' << ((ctx->version >> 8) & 0xFF) << '.'
-              << (ctx->version & 0xFF) << '\n'
-              << "library build " << LibraryBuild() << '\n';
+    std::ostringstream text;
+    text << "quarnel tool " << QUARNEL_VERSION << '\n'
+         << "library interface " << ((ctx->version >> 16) & 0xFF) << '.' << ((ctx->version >> 8) & 0xFF) << '.'
+         << (ctx->version & 0xFF) << '\n'
+         << "library build " << LibraryBuild();
+    return text.str();
 }
-
-}  // namespace
 
 void AddVersionCommand(CLI::App& app, const GlobalOptions& global) {
     auto* command = app.add_subcommand("version", "Show the tool's and the library's versions");
     command->footer("Example:\n  quarnel version");
-    command->callback([&global] { Run(global.verbose); });
+    command->callback([&global] { std::cout << VersionText(global.verbose) << '\n'; });
 }
 
 }  // namespace quarnel::tool

@@ -7,11 +7,14 @@
 #include <X11/extensions/Xrandr.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <cstdlib>
 #include <memory>
 #include <span>
+#include <string>
 #include <vector>
 
+#include "tool_error.h"
 #include "x11/gamma_ramp.h"
 #include "x11/resample.h"
 
@@ -37,6 +40,25 @@ using GammaPtr = std::unique_ptr<XRRCrtcGamma, Freer<XRRFreeGamma>>;
 
 GammaStatus Fail(std::string cause) { return GammaStatus{std::move(cause)}; }
 
+// Xlib's own handlers print several lines and end the process. A protocol
+// error is recorded instead and becomes the command's one-line failure; a
+// lost connection cannot be returned from, so it ends the run as such.
+std::string gProtocolError;
+
+int RecordProtocolError(Display* dpy, XErrorEvent* event) {
+    if (!gProtocolError.empty()) return 0;
+    char text[256] = {};
+    XGetErrorText(dpy, event->error_code, text, sizeof text);
+    gProtocolError = std::string(text) + " (request " + std::to_string(event->request_code) + "." +
+                     std::to_string(event->minor_code) + ")";
+    return 0;
+}
+
+[[noreturn]] int LoseConnection(Display*) {
+    std::fputs("quarnel: lost the connection to the X display\n", stderr);
+    std::_Exit(kExitUnavailable);
+}
+
 // One connection with the screen's current CRTCs and outputs.
 struct Session {
     std::string label;
@@ -44,10 +66,19 @@ struct Session {
     ResourcesPtr resources;
 };
 
+// Waits for the server to have handled every request sent so far.
+GammaStatus ProtocolErrors(const Session& session) {
+    XSync(session.display.get(), False);
+    if (gProtocolError.empty()) return {};
+    return Fail("X display " + session.label + " refused a RandR request: " + gProtocolError);
+}
+
 GammaStatus Connect(const std::string& name, Session& session) {
     const char* env = std::getenv("DISPLAY");
     if (name.empty() && (env == nullptr || *env == '\0')) return Fail("DISPLAY is not set and no --display was given");
     session.label = name.empty() ? env : name;
+    XSetErrorHandler(RecordProtocolError);
+    XSetIOErrorHandler(LoseConnection);
     session.display.reset(XOpenDisplay(session.label.c_str()));
     Display* dpy = session.display.get();
     if (dpy == nullptr) return Fail("cannot open X display " + session.label);
@@ -97,7 +128,8 @@ GammaStatus DrivingCrtcs(const Session& session, const std::string& name, std::v
 
 GammaStatus OpenCrtcs(const GammaTarget& target, Session& session, std::vector<RRCrtc>& crtcs) {
     if (GammaStatus status = Connect(target.display, session); !status.ok()) return status;
-    return DrivingCrtcs(session, target.output, crtcs);
+    if (GammaStatus status = DrivingCrtcs(session, target.output, crtcs); !status.ok()) return status;
+    return ProtocolErrors(session);
 }
 
 }  // namespace
@@ -119,8 +151,7 @@ GammaStatus LoadGammaCurve(const GammaTarget& target, const Curve& curve) {
         }
         XRRSetCrtcGamma(dpy, crtc, ramp.get());
     }
-    XSync(dpy, False);
-    return {};
+    return ProtocolErrors(session);
 }
 
 GammaStatus ReadGammaCurve(const GammaTarget& target, Curve& curve) {
@@ -128,6 +159,7 @@ GammaStatus ReadGammaCurve(const GammaTarget& target, Curve& curve) {
     std::vector<RRCrtc> crtcs;
     if (GammaStatus status = OpenCrtcs(target, session, crtcs); !status.ok()) return status;
     const GammaPtr ramp(XRRGetCrtcGamma(session.display.get(), crtcs.front()));
+    if (GammaStatus status = ProtocolErrors(session); !status.ok()) return status;
     if (!ramp || ramp->size <= 0) return Fail("a CRTC of X display " + session.label + " has no gamma ramp");
     const unsigned short* planes[] = {ramp->red, ramp->green, ramp->blue};
     for (std::size_t c = 0; c < curve.size(); ++c)
