@@ -277,6 +277,7 @@ TEST_F(ToolTest, ErrorsExitWithTheirCodeAndLeaveNoOutput) {
         {"lut slider --brightness nan -o out.csv", 64, "--brightness: expected a number from 0 to 1, found \"nan\""},
         {"lut slider --brightness '' -o out.csv", 64, "--brightness: expected a number from 0 to 1"},
         {"lut slider --brightness -1 -o out.csv", 64, "--brightness: expected a number from 0 to 1"},
+        {"lut slider --brightness 0 -o out.csv", 65, "slider: the library's curve is black at brightness 0"},
         {"modes --interval nan", 64, "--interval: expected a number from 0.5 to 1.5"},
         {"modes --interval 1.6", 64, "--interval: expected a number from 0.5 to 1.5"},
         {"modes --reading-levels 3 --reading-index nan", 64, "--reading-index: expected a whole number"},

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "commands/curve_cli.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <filesystem>
@@ -115,6 +116,16 @@ void AddModeArguments(CLI::App& command, std::string& mode, CurveCli& cli) {
     command.add_option("--curve", cli.curveFile, "Tone curve for vx-curve (CSV or JSON)");
 }
 
+namespace {
+
+std::string BrightnessText(double brightness) {
+    std::ostringstream text;
+    text << brightness;
+    return text.str();
+}
+
+}  // namespace
+
 SubjectCurve ComputeCurveOrFail(const std::string& modeName, const CurveCli& cli, const GlobalOptions& global) {
     const Mode mode = *ParseMode(modeName);
     const CurveOptions options = ResolveCurveOptions(cli, global);
@@ -123,6 +134,14 @@ SubjectCurve ComputeCurveOrFail(const std::string& modeName, const CurveCli& cli
     if (result.status != 0)
         throw ToolError(kExitData, modeName + ": the library could not build the curve (status " +
                                        std::to_string(result.status) + ")");
+    // A low brightness can resample every entry down to the curve's first: a
+    // black screen, which is never what a user asks a calibration for.
+    const auto black = [](const CurvePlane& plane) {
+        return std::all_of(plane.begin(), plane.end(), [](uint16_t v) { return v == 0; });
+    };
+    if (std::all_of(result.curve.begin(), result.curve.end(), black))
+        throw ToolError(kExitData, modeName + ": the library's curve is black at brightness " +
+                                       BrightnessText(options.brightness) + " (every entry 0); raise --brightness");
     return {result.curve, {std::move(result.panel), ModeSummary(mode, options), std::nullopt}};
 }
 
