@@ -20,9 +20,10 @@ namespace {
 void Encode(const std::string& file, bool verbose) {
     const std::string text = ReadInputFile(file);
     const bool json = std::filesystem::path(file).extension() == ".json";
+    const Curve curve = json ? CurveFromJson(text, file) : CurveFromCsv(text, file);
     LutString string;
     try {
-        string = EncodeLutStringChecked(json ? CurveFromJson(text, file) : CurveFromCsv(text, file), verbose);
+        string = EncodeLutStringChecked(curve, verbose);
     } catch (const ToolError& e) {
         throw ToolError(e.code(), file + ": " + e.what());
     }
