@@ -24,16 +24,6 @@ constexpr int kMaxLinkHops = 40;
 // A new file gets what the user's umask leaves of read and write for all.
 constexpr mode_t kNewFileMode = 0666;
 
-bool WriteAll(int fd, std::string_view bytes) {
-    while (!bytes.empty()) {
-        const ssize_t n = ::write(fd, bytes.data(), bytes.size());
-        if (n < 0 && errno == EINTR) continue;
-        if (n <= 0) return false;
-        bytes.remove_prefix(static_cast<size_t>(n));
-    }
-    return true;
-}
-
 [[noreturn]] void CannotCreate(const std::string& path, int error) {
     throw ToolError(kExitCantCreate, path + ": cannot create output: " + std::strerror(error));
 }
@@ -127,6 +117,16 @@ void WriteFileAtomically(const std::string& path, std::string_view bytes) {
         (::stat(target.c_str(), &resolved) != 0 || resolved.st_ino != named.st_ino || resolved.st_dev != named.st_dev))
         return WriteInPlace(path, bytes);
     Replace(path, target, exists ? &named : nullptr, bytes);
+}
+
+bool WriteAll(int fd, std::string_view bytes) {
+    while (!bytes.empty()) {
+        const ssize_t n = ::write(fd, bytes.data(), bytes.size());
+        if (n < 0 && errno == EINTR) continue;
+        if (n <= 0) return false;
+        bytes.remove_prefix(static_cast<size_t>(n));
+    }
+    return true;
 }
 
 }  // namespace quarnel::tool

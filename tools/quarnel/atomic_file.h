@@ -15,6 +15,9 @@ namespace quarnel::tool {
 // writes to standard output.
 void WriteFileAtomically(const std::string& path, std::string_view bytes);
 
+// Writes every byte to `fd`, through interruptions; false on any failure.
+bool WriteAll(int fd, std::string_view bytes);
+
 // Flushes what the tool printed; throws ToolError (74) when any of it failed.
 void FlushStandardOutput();
 

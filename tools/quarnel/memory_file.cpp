@@ -8,20 +8,11 @@
 #include <cstring>
 #include <filesystem>
 
+#include "atomic_file.h"
 #include "tool_error.h"
 
 namespace quarnel::tool {
 namespace {
-
-bool WriteAll(int fd, std::string_view bytes) {
-    while (!bytes.empty()) {
-        const ssize_t n = ::write(fd, bytes.data(), bytes.size());
-        if (n < 0 && errno == EINTR) continue;
-        if (n <= 0) return false;
-        bytes.remove_prefix(static_cast<size_t>(n));
-    }
-    return true;
-}
 
 std::string FdPath(int fd) { return "/proc/self/fd/" + std::to_string(fd); }
 

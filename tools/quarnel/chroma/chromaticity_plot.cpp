@@ -7,14 +7,13 @@
 
 #include "chroma/chromaticity_plot.h"
 
-#include <cairo-svg.h>
 #include <cairo.h>
-#include <fontconfig/fontconfig.h>
 
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
 
+#include "formats/cairo_picture.h"
 #include "tool_error.h"
 
 namespace quarnel::tool {
@@ -376,46 +375,16 @@ void Draw(cairo_surface_t* surface, const ChromaticityScene& scene) {
     cairo_destroy(cr);
 }
 
-cairo_status_t Append(void* closure, const unsigned char* data, unsigned int length) {
-    static_cast<std::string*>(closure)->append(reinterpret_cast<const char*>(data), length);
-    return CAIRO_STATUS_SUCCESS;
-}
-
-// Text drawing fills process-wide font caches; a picture is drawn once per
-// run, so they are emptied afterwards and leak checkers see a clean exit.
-void ReleaseFontCaches() {
-    cairo_debug_reset_static_data();
-    FcFini();
-}
-
-void Check(cairo_status_t status) {
-    if (status != CAIRO_STATUS_SUCCESS)
-        throw ToolError(kExitCantCreate, std::string("cannot draw the picture: ") + cairo_status_to_string(status));
-}
-
 }  // namespace
 
 std::string ChromaticityToPng(const ChromaticityScene& scene) {
-    cairo_surface_t* surface = cairo_image_surface_create(CAIRO_FORMAT_RGB24, kWidth, kHeight);
-    Draw(surface, scene);
-    std::string bytes;
-    const cairo_status_t status = cairo_surface_write_to_png_stream(surface, Append, &bytes);
-    cairo_surface_destroy(surface);
-    ReleaseFontCaches();
-    Check(status);
-    return bytes;
+    return RenderPng(
+        kWidth, kHeight, [&](cairo_surface_t* surface) { Draw(surface, scene); }, "picture");
 }
 
 std::string ChromaticityToSvg(const ChromaticityScene& scene) {
-    std::string bytes;
-    cairo_surface_t* surface = cairo_svg_surface_create_for_stream(Append, &bytes, kWidth, kHeight);
-    Draw(surface, scene);
-    cairo_surface_finish(surface);
-    const cairo_status_t status = cairo_surface_status(surface);
-    cairo_surface_destroy(surface);
-    ReleaseFontCaches();
-    Check(status);
-    return bytes;
+    return RenderSvg(
+        kWidth, kHeight, [&](cairo_surface_t* surface) { Draw(surface, scene); }, "picture");
 }
 
 }  // namespace quarnel::tool

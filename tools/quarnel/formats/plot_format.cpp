@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: MIT
 // The three curves drawn over the identity, for a quick look at a mode.
 
-#include <cairo-svg.h>
 #include <cairo.h>
-#include <fontconfig/fontconfig.h>
 
 #include "formats/binary_formats.h"
+#include "formats/cairo_picture.h"
 #include "tool_error.h"
 
 namespace quarnel::tool {
@@ -88,46 +87,16 @@ void Draw(cairo_surface_t* surface, const Curve& curve) {
     cairo_destroy(cr);
 }
 
-cairo_status_t Append(void* closure, const unsigned char* data, unsigned int length) {
-    static_cast<std::string*>(closure)->append(reinterpret_cast<const char*>(data), length);
-    return CAIRO_STATUS_SUCCESS;
-}
-
-// Text drawing fills process-wide font caches; a plot is drawn once per run,
-// so they are emptied afterwards and leak checkers see a clean exit.
-void ReleaseFontCaches() {
-    cairo_debug_reset_static_data();
-    FcFini();
-}
-
-void Check(cairo_status_t status) {
-    if (status != CAIRO_STATUS_SUCCESS)
-        throw ToolError(kExitCantCreate, std::string("cannot draw the plot: ") + cairo_status_to_string(status));
-}
-
 }  // namespace
 
 std::string CurveToPng(const Curve& curve) {
-    cairo_surface_t* surface = cairo_image_surface_create(CAIRO_FORMAT_RGB24, kWidth, kHeight);
-    Draw(surface, curve);
-    std::string bytes;
-    const cairo_status_t status = cairo_surface_write_to_png_stream(surface, Append, &bytes);
-    cairo_surface_destroy(surface);
-    ReleaseFontCaches();
-    Check(status);
-    return bytes;
+    return RenderPng(
+        kWidth, kHeight, [&](cairo_surface_t* surface) { Draw(surface, curve); }, "plot");
 }
 
 std::string CurveToSvg(const Curve& curve) {
-    std::string bytes;
-    cairo_surface_t* surface = cairo_svg_surface_create_for_stream(Append, &bytes, kWidth, kHeight);
-    Draw(surface, curve);
-    cairo_surface_finish(surface);
-    const cairo_status_t status = cairo_surface_status(surface);
-    cairo_surface_destroy(surface);
-    ReleaseFontCaches();
-    Check(status);
-    return bytes;
+    return RenderSvg(
+        kWidth, kHeight, [&](cairo_surface_t* surface) { Draw(surface, curve); }, "plot");
 }
 
 }  // namespace quarnel::tool
