@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "formats/curve_subject.h"
+
 namespace quarnel::tool::colord {
 
 // Which display a command works on: a colord device id as given, else the
@@ -32,7 +34,7 @@ struct Registration {
 
 // The device id, as a compositor registers the display. Throws ToolError:
 // 69 when no EDID is found, 64 when several displays leave it open.
-std::string ResolveDevice(const DisplayChoice& choice);
+DisplayIdentity ResolveDevice(const DisplayChoice& choice);
 
 // Replaces any profile of ours on the device with `profile`, written into
 // its folder, and makes it the device's default. Throws ToolError: 69 when

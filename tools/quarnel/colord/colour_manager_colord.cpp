@@ -67,9 +67,9 @@ std::string Filename(CdProfile* profile) {
     return file != nullptr ? file : "";
 }
 
-// GNOME's convention: vendor, model and serial from the EDID, each when known,
-// else the output's name.
-std::string DeviceIdFromEdid(const OutputEdid& output) {
+// GNOME's convention for the device id: vendor, model and serial from the
+// EDID, each when known, else the output's name.
+DisplayIdentity IdentityFromEdid(const OutputEdid& output) {
     Ref<CdEdid> edid(cd_edid_new());
     Ref<GBytes> bytes(g_bytes_new(output.edid.data(), output.edid.size()));
     Error error;
@@ -83,7 +83,9 @@ std::string DeviceIdFromEdid(const OutputEdid& output) {
             id += std::string("-") + part;
             named = true;
         }
-    return named ? id : "xrandr-" + output.output;
+    const auto text = [](const char* part) { return part != nullptr ? std::string(part) : std::string(); };
+    return {text(cd_edid_get_vendor_name(edid.get())), text(cd_edid_get_monitor_name(edid.get())),
+            text(cd_edid_get_checksum(edid.get())), named ? id : "xrandr-" + output.output};
 }
 
 // The device's profiles, each held by us: the device drops its own list
@@ -134,8 +136,8 @@ Ref<CdProfile> RegisterFile(CdClient* client, const std::string& path, const std
 
 }  // namespace
 
-std::string ResolveDevice(const DisplayChoice& choice) {
-    if (!choice.device.empty()) return choice.device;
+DisplayIdentity ResolveDevice(const DisplayChoice& choice) {
+    if (!choice.device.empty()) return {{}, {}, {}, choice.device};
     const std::vector<OutputEdid> outputs = ConnectedEdids();
     std::vector<const OutputEdid*> chosen;
     for (const auto& o : outputs)
@@ -145,7 +147,7 @@ std::string ResolveDevice(const DisplayChoice& choice) {
         throw ToolError(kExitUnavailable, (choice.output.empty() ? std::string("no display") : choice.output) +
                                               ": no EDID found under /sys/class/drm; name the device with --device");
     if (chosen.size() > 1) throw ToolError(kExitUsage, "several displays; choose one with --output or --device");
-    return DeviceIdFromEdid(*chosen.front());
+    return IdentityFromEdid(*chosen.front());
 }
 
 void InstallProfile(const std::string& deviceId, const ProfileFile& file) {

@@ -12,7 +12,7 @@ namespace {
 
 }  // namespace
 
-std::string ResolveDevice(const DisplayChoice&) { Unavailable(); }
+DisplayIdentity ResolveDevice(const DisplayChoice&) { Unavailable(); }
 void InstallProfile(const std::string&, const ProfileFile&) { Unavailable(); }
 std::vector<std::string> RemoveProfiles(const std::string&, const std::string&) { Unavailable(); }
 std::vector<Registration> ListProfiles() { Unavailable(); }

@@ -28,15 +28,16 @@ void AddDisplayOptions(CLI::App& command, colord::DisplayChoice& display) {
 }
 
 void Install(const InstallCli& cli, const GlobalOptions& global) {
-    const std::string device = colord::ResolveDevice(cli.display);
+    const DisplayIdentity display = colord::ResolveDevice(cli.display);
+    const std::string& device = display.deviceId;
     const colord::ProfileFile file{colord::UserIccFolder(), colord::ProfileFileName(device),
-                                   ModeProfile(cli.mode, cli.curve, global, DisplayIdentity{{}, {}, {}, device})};
+                                   ModeProfile(cli.mode, cli.curve, global, display)};
     colord::InstallProfile(device, file);
     std::cout << device << ": " << file.folder << '/' << file.file << " is the default profile\n";
 }
 
 void Remove(const colord::DisplayChoice& display) {
-    const std::string device = colord::ResolveDevice(display);
+    const std::string device = colord::ResolveDevice(display).deviceId;
     for (const auto& file : colord::RemoveProfiles(device, colord::UserIccFolder()))
         std::cout << device << ": removed " << file << '\n';
 }
