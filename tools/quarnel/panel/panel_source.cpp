@@ -2,9 +2,12 @@
 #include "panel/panel_source.h"
 
 #include <algorithm>
+#include <memory>
 
 #include "input_file.h"
 #include "library_session.h"
+#include "quarnel/cctapi.h"
+#include "quiet_stdout.h"
 
 namespace quarnel::tool {
 namespace {
@@ -27,14 +30,24 @@ std::array<Xyz, N> Widened(const std::array<SingleXyz, N>& rows) {
     return wide;
 }
 
+// The library keeps the table: request 1 replaces an unusable icc with it and,
+// for a panel index that is neither 0 nor 1, stops before reading any data.
+std::array<Xyz, 4> AskLibraryForColourSpace() {
+    constexpr int32_t kNoSuchPanel = 2;
+    auto ctx = std::make_unique<CctContext>();
+    ctx->panelIndex = kNoSuchPanel;
+    {
+        QuietStdout quiet(false);
+        CCTAPI(CCTAPI_INIT_GAIN, ctx.get());
+    }
+    return Rows(ctx->icc);
+}
+
 }  // namespace
 
 const std::array<Xyz, 4>& DefaultColourSpace() {
-    static constexpr std::array<Xyz, 4> kSpace{{{0.43607, 0.22249, 0.01392},
-                                                {0.38515, 0.71687, 0.09708},
-                                                {0.14307, 0.06061, 0.7141},
-                                                {0.95045, 1.0, 1.08905}}};
-    return kSpace;
+    static const std::array<Xyz, 4> space = AskLibraryForColourSpace();
+    return space;
 }
 
 PanelMeasurements MeasurementsFromBlock(const BlockDescription& block) {

@@ -21,7 +21,7 @@ struct PanelSubject {
 };
 
 // The colour space the library falls back on without factory data (rows
-// red, green, blue, white; columns X, Y, Z): D65 white.
+// red, green, blue, white; columns X, Y, Z), as the library gives it.
 const std::array<Xyz, 4>& DefaultColourSpace();
 
 // The measurements of a block: primaries, and black and tone levels from
