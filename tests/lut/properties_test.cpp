@@ -24,7 +24,8 @@ Lut16 RandomCurve(std::mt19937& rng) {
     for (int c = 0; c < kLutPlanes; ++c) {
         const double g = exponent(rng), peak = top(rng) * kLutFullScale;
         for (int i = 1; i < kLutLevels; ++i)
-            lut[LutIndex(c, i)] = static_cast<uint16_t>(std::max(0.0, std::pow(i / kTopLevelScale, g) * peak - low(rng) % 64));
+            lut[LutIndex(c, i)] =
+                static_cast<uint16_t>(std::max(0.0, std::pow(i / kTopLevelScale, g) * peak - low(rng) % 64));
     }
     return lut;
 }
