@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "calib/source.h"
 
+#include <array>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <optional>
 #include <string>
 #include <vector>
@@ -127,6 +129,29 @@ std::unique_ptr<BiosData> ProbeUserFile(const char* kalzenPath, const char* kalz
     return data;
 }
 
+// Reads the file named by folder and name, joined as they are, into `block`
+// as far as it goes; leaves `block` as it is when the file does not open.
+void ReadJoinedFile(const char* folder, const char* name, std::array<uint8_t, kBlockSize>& block) {
+    constexpr std::size_t kPathBuffer = 4096;
+    char joined[kPathBuffer];
+    const std::size_t folderLength = std::strlen(folder);
+    const std::size_t nameLength = std::strlen(name);
+    std::string longPath;
+    const char* path = joined;
+    if (folderLength + nameLength < kPathBuffer) {
+        std::memcpy(joined, folder, folderLength);
+        std::memcpy(joined + folderLength, name, nameLength + 1);
+    } else {
+        longPath = std::string(folder) + name;
+        path = longPath.c_str();
+    }
+    std::FILE* file = std::fopen(path, "rb");
+    if (file == nullptr) return;
+    const std::size_t ignored = std::fread(block.data(), 1, block.size(), file);
+    static_cast<void>(ignored);
+    std::fclose(file);
+}
+
 }  // namespace
 
 std::unique_ptr<BiosData> CCTLoadBIOS(const char* path, ProbedBlock probed) {
@@ -174,18 +199,21 @@ int32_t GetData(BiosData& data, int32_t enableUserK, const char* kalzenPath, con
     return 0;
 }
 
-int32_t GetBIOS_Data(BiosData& data, uint8_t& flag297, const CalibrationSource& source) {
-    FreshBlock(data);
+// Called by every LUT request of a version-7 panel, so it reads into a block
+// on the stack and joins the path there: nothing is allocated unless the
+// path outgrows the buffer.
+int32_t GetBIOS_Data(uint8_t& flag297, const CalibrationSource& source) {
+    std::array<uint8_t, kBlockSize> block{};  // a short or unread source leaves zeros
     if (source.enableUserK != kUserFile) {
-        ReadFirmware(data, source.panelIndex);
+        int32_t count = 0;
+        static_cast<void>(ReadDataBlock(&count, block.data(), source.panelIndex));
+    } else if (source.kalzenPath == nullptr || source.kalzenFilename == nullptr) {
+        DebugPrint("GetBIOS_Data path = %s \n", "");
     } else {
-        const std::optional<std::string> path = KalzenPath(source.kalzenPath, source.kalzenFilename);
-        DebugPrint("GetBIOS_Data path = %s \n", path ? path->c_str() : "");
-        data.cursor = 0;
-        ProbedBlock none;
-        ReadFile(data, path, none);
+        DebugPrint("GetBIOS_Data path = %s%s \n", source.kalzenPath, source.kalzenFilename);
+        ReadJoinedFile(source.kalzenPath, source.kalzenFilename, block);
     }
-    flag297 = data.raw[kBlockStepByte];
+    flag297 = block[kBlockStepByte];
     return 0;
 }
 

@@ -31,8 +31,9 @@ std::unique_ptr<BiosData> CCTLoadBIOS(const char* path, std::optional<std::vecto
 int32_t GetData(BiosData& data, int32_t enableUserK, const char* kalzenPath, const char* kalzenFilename,
                 int32_t panelIndex);
 
-// Reads the block without parsing it and hands out its byte 297. Always 0.
-int32_t GetBIOS_Data(BiosData& data, uint8_t& flag297, const CalibrationSource& source);
+// Reads the block without parsing it and hands out its byte 297 (0 when the
+// source could not be read). Always 0.
+int32_t GetBIOS_Data(uint8_t& flag297, const CalibrationSource& source);
 
 // Releases the record with its block, LUT string and EDID blocks.
 void Close(std::unique_ptr<BiosData> data);
