@@ -45,8 +45,12 @@ int32_t LutImprove(int32_t biosVer, const CalibrationSource& source, uint16_t* l
 // smoothing point (its entry 64 is exact, or every entry down to 1 strays far).
 int32_t LutSmooth8Bit(const Lut8& in, Lut8& out);
 
-// Piecewise-linear interpolation between every step-th entry of `in`; a step
-// outside 1..64 is taken as 16. Always 0.
-int32_t LutLinInterp8Bit(int step, const Lut8& in, Lut8& out);
+// One channel of a LUT reduced to 8 bits, entry i for input level i.
+using Plane8 = std::array<int32_t, kLutLevels>;
+
+// Piecewise-linear interpolation of one channel between every step-th entry
+// of `in`; a step outside 1..64 is taken as 16. Writes every entry of `out`.
+// Always 0.
+int32_t LutLinInterp8Bit(int step, const Plane8& in, Plane8& out);
 
 }  // namespace quarnel

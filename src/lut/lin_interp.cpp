@@ -13,26 +13,29 @@ constexpr int kDefaultStep = 16;
 constexpr int kMaxStep = 64;
 constexpr double kSixteenth = 0.0625;
 
-void InterpolateSegment(int s, int e, const Lut8& in, Lut8& out) {
-    out[s] = in[s];
-    out[e] = in[e];
-    for (int c = 0; c < kLutPlanes; ++c) {
-        const double slope = (static_cast<double>(in[e][c]) - in[s][c]) / (e - s);
-        for (int x = s + 1; x < e; ++x) out[x][c] = HalfUp(slope * (x - s) + in[s][c]);
-    }
+// The channels are independent, so each is interpolated on its own plane,
+// where the points of a segment lie side by side and the loops vectorise.
+void InterpolateSegment(int s, int e, const Plane8& in, Plane8& out) {
+    const int32_t* from = in.data();
+    int32_t* to = out.data();
+    to[s] = from[s];
+    to[e] = from[e];
+    const double start = from[s];
+    const double slope = (static_cast<double>(from[e]) - start) / (e - s);
+    for (int x = s + 1; x < e; ++x) to[x] = HalfUp(slope * (x - s) + start);
 }
 
 // The first sixteen entries always follow the grid of 16, whatever the step.
-void ReinterpolateFirstSixteen(const Lut8& in, Lut8& out) {
-    for (int c = 0; c < kLutPlanes; ++c) {
-        const double slope = (static_cast<double>(in[kDefaultStep][c]) - in[0][c]) * kSixteenth;
-        for (int k = 1; k < kDefaultStep; ++k) out[k][c] = HalfUp(k * slope + in[0][c]);
-    }
+void ReinterpolateFirstSixteen(const Plane8& in, Plane8& out) {
+    const double start = in[0];
+    const double slope = (static_cast<double>(in[kDefaultStep]) - start) * kSixteenth;
+    int32_t* to = out.data();
+    for (int k = 1; k < kDefaultStep; ++k) to[k] = HalfUp(k * slope + start);
 }
 
 }  // namespace
 
-int32_t LutLinInterp8Bit(int step, const Lut8& in, Lut8& out) {
+int32_t LutLinInterp8Bit(int step, const Plane8& in, Plane8& out) {
     if (step < 1 || step > kMaxStep) step = kDefaultStep;
     for (int s = 0; s < kTopLevel; s += step) InterpolateSegment(s, std::min(s + step, kTopLevel), in, out);
     if (step != kDefaultStep) ReinterpolateFirstSixteen(in, out);

@@ -58,6 +58,7 @@ TEST(LutImprove, StepFetchRetriesOnceAfterMinusOne) {
                   tc.used ? "; VOK: Get bios[297]: 32\n " : "GetBIOSData() failed!!!\n");
         EXPECT_EQ(gCalls, tc.script.size());
         EXPECT_EQ(lut[LutIndex(2, 8)], tc.used ? 50 * 256 : 8 * 256 + 7);
+        EXPECT_EQ(lut[LutIndex(2, 15)], tc.used ? 94 * 256 : 15 * 256 + 7);  // the grid of 16 reaches entry 15
         EXPECT_EQ(debug.joined(), std::wstring(L"; VOK: ##Enter LutImprove()##\nVOK: Enter GetBIOSData()\n"
                                                L"VOK: Enter GetBIOSDataManual()\n") +
                                       (tc.used ? L"VOK: Exit GetBIOSDataManual()\n" : L""));
