@@ -13,33 +13,39 @@ constexpr int kDefaultStep = 16;
 constexpr int kMaxStep = 64;
 constexpr double kSixteenth = 0.0625;
 
-// The channels are independent, so each is interpolated on its own plane,
-// where the points of a segment lie side by side and the loops vectorise.
-void InterpolateSegment(int s, int e, const Plane8& in, Plane8& out) {
-    const int32_t* from = in.data();
-    int32_t* to = out.data();
-    to[s] = from[s];
-    to[e] = from[e];
-    const double start = from[s];
-    const double slope = (static_cast<double>(from[e]) - start) / (e - s);
-    for (int x = s + 1; x < e; ++x) to[x] = HalfUp(slope * (x - s) + start);
-}
+// Levels are 0..255 and a point between two of them stays within them.
+uint16_t Entry(int32_t level) { return static_cast<uint16_t>(level * kLutStep); }
 
-// The first sixteen entries always follow the grid of 16, whatever the step.
-void ReinterpolateFirstSixteen(const Plane8& in, Plane8& out) {
-    const double start = in[0];
-    const double slope = (static_cast<double>(in[kDefaultStep]) - start) * kSixteenth;
-    int32_t* to = out.data();
-    for (int k = 1; k < kDefaultStep; ++k) to[k] = HalfUp(k * slope + start);
+// The points strictly between s and e on the line from level `from` to `to`.
+void InterpolateSegment(int s, int e, int32_t from, int32_t to, uint16_t* plane) {
+    const double start = from;
+    const double slope = (static_cast<double>(to) - start) / (e - s);
+    for (int x = s + 1; x < e; ++x) plane[x] = Entry(HalfUp(slope * (x - s) + start));
 }
 
 }  // namespace
 
-int32_t LutLinInterp8Bit(int step, const Plane8& in, Plane8& out) {
+// The channels are independent, so each is interpolated on its own plane,
+// where the points of a segment lie side by side and the loops vectorise.
+// Each segment reads its end before writing anything at or beyond it.
+void LutLinInterp8Bit(int step, uint16_t* plane) {
     if (step < 1 || step > kMaxStep) step = kDefaultStep;
-    for (int s = 0; s < kTopLevel; s += step) InterpolateSegment(s, std::min(s + step, kTopLevel), in, out);
-    if (step != kDefaultStep) ReinterpolateFirstSixteen(in, out);
-    return 0;
+    const int32_t first = plane[0] >> 8;
+    const int32_t at16 = plane[kDefaultStep] >> 8;  // the grid of 16 below reads the source entry
+    int32_t from = first;
+    plane[0] = Entry(first);
+    for (int s = 0; s < kTopLevel; s += step) {
+        const int e = std::min(s + step, kTopLevel);
+        const int32_t to = plane[e] >> 8;
+        InterpolateSegment(s, e, from, to, plane);
+        plane[e] = Entry(to);
+        from = to;
+    }
+    if (step == kDefaultStep) return;
+    // The first sixteen entries always follow the grid of 16, whatever the step.
+    const double start = first;
+    const double slope = (static_cast<double>(at16) - start) * kSixteenth;
+    for (int k = 1; k < kDefaultStep; ++k) plane[k] = Entry(HalfUp(k * slope + start));
 }
 
 }  // namespace quarnel
