@@ -96,13 +96,13 @@ void WriteNvPreGamma(float* pre) {
     std::memcpy(pre, ramp.data(), sizeof(ramp));
 }
 
-// Where point j of the post-gamma array reads the normalised planes, in
-// single precision: the entry at or below q = j x 255 / 1023, and the
-// fraction above it. Where q is whole the fraction is 0 and the entry above
-// is the same one (at the top there is no other).
+// Where point j of the post-gamma array reads the normalised levels, in
+// single precision: the level at or below q = j x 255 / 1023 (as the offset
+// of its first channel in the level-major table) and the fraction above it.
+// The level above is at most one further; where q is whole the fraction is 0
+// and only the level below counts.
 struct NvTaps {
-    std::array<uint8_t, kPoints> lo;
-    std::array<uint8_t, kPoints> hi;
+    std::array<uint16_t, kPoints> offset;
     std::array<double, kPoints> f;
 };
 
@@ -114,8 +114,7 @@ NvTaps BuildNvTaps() {
         const float hi = std::ceil(q);
         float d = hi - lo;
         if (d == 0.0f) d = 1.0f;
-        taps.lo[j] = static_cast<uint8_t>(lo);
-        taps.hi[j] = static_cast<uint8_t>(hi);
+        taps.offset[j] = static_cast<uint16_t>(static_cast<std::size_t>(lo) * kPlanes);
         taps.f[j] = static_cast<double>((q - lo) / d);
     }
     return taps;
@@ -123,23 +122,28 @@ NvTaps BuildNvTaps() {
 
 // Re-samples through the sRGB encoding, normalises and interpolates the
 // 1024 post-gamma points of each channel; the pre-gamma array is the fixed
-// decoding ramp.
+// decoding ramp. Each point is P[lo] + (P[hi] - P[lo]) x f: the differences
+// between neighbouring levels are taken once per level, and where the
+// fraction is 0 the difference (0 at the top) adds a zero.
 void ConvertNvidia(const uint16_t* inLut, float* outNv) {
     static const NvTaps taps = BuildNvTaps();
     DebugPrint("Run convert power lut with api type: %d\n", 1);
     Plane resampled[kLutPlanes];
     for (int c = 0; c < kLutPlanes; ++c) ResamplePlane(inLut + LutIndex(c, 0), resampled[c].data());
     // Level-major, so that each point reads its three channels side by side.
-    std::array<double, kEntries> normalised;
+    std::array<double, kEntries + kPlanes> normalised;
     for (std::size_t i = 0; i < kLevels; ++i)
         for (std::size_t c = 0; c < kPlanes; ++c) normalised[i * kPlanes + c] = resampled[c][i] / kLutFullScale;
+    for (std::size_t c = 0; c < kPlanes; ++c) normalised[kEntries + c] = normalised[kEntries - kPlanes + c];
+    std::array<double, kEntries> rise;
+    for (std::size_t k = 0; k < kEntries; ++k) rise[k] = normalised[k + kPlanes] - normalised[k];
     WriteNvPreGamma(outNv);
     float* post = outNv + kNvFloatsPerArray;
     for (std::size_t j = 0; j < kPoints; ++j) {
-        const double* a = normalised.data() + taps.lo[j] * kPlanes;
-        const double* b = normalised.data() + taps.hi[j] * kPlanes;
+        const double* a = normalised.data() + taps.offset[j];
+        const double* d = rise.data() + taps.offset[j];
         const double f = taps.f[j];
-        for (std::size_t c = 0; c < kPlanes; ++c) post[j * kPlanes + c] = static_cast<float>(a[c] + (b[c] - a[c]) * f);
+        for (std::size_t c = 0; c < kPlanes; ++c) post[j * kPlanes + c] = static_cast<float>(a[c] + d[c] * f);
     }
 }
 
