@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "core/half_up.h"
+#include "core/lut16.h"
 #include "lut/improve.h"
 
 namespace quarnel {
@@ -16,11 +16,16 @@ constexpr double kSixteenth = 0.0625;
 // Levels are 0..255 and a point between two of them stays within them.
 uint16_t Entry(int32_t level) { return static_cast<uint16_t>(level * kLutStep); }
 
+// half-up of a point on a line between two levels: it lies within 0..255, so
+// the plain conversion truncates it as half-up does, without the guards for
+// values out of range.
+int32_t LevelOnLine(double v) { return static_cast<int32_t>(v + 0.5); }
+
 // The points strictly between s and e on the line from level `from` to `to`.
 void InterpolateSegment(int s, int e, int32_t from, int32_t to, uint16_t* plane) {
     const double start = from;
     const double slope = (static_cast<double>(to) - start) / (e - s);
-    for (int x = s + 1; x < e; ++x) plane[x] = Entry(HalfUp(slope * (x - s) + start));
+    for (int x = s + 1; x < e; ++x) plane[x] = Entry(LevelOnLine(slope * (x - s) + start));
 }
 
 }  // namespace
@@ -45,7 +50,7 @@ void LutLinInterp8Bit(int step, uint16_t* plane) {
     // The first sixteen entries always follow the grid of 16, whatever the step.
     const double start = first;
     const double slope = (static_cast<double>(at16) - start) * kSixteenth;
-    for (int k = 1; k < kDefaultStep; ++k) plane[k] = Entry(HalfUp(k * slope + start));
+    for (int k = 1; k < kDefaultStep; ++k) plane[k] = Entry(LevelOnLine(k * slope + start));
 }
 
 }  // namespace quarnel
