@@ -5,7 +5,6 @@
 #include <array>
 #include <functional>
 
-#include "core/half_up.h"
 #include "core/lut16.h"
 
 namespace quarnel {
@@ -13,9 +12,14 @@ namespace {
 
 constexpr int32_t kUnknownKind = 1;
 
-int MapIndex(uint32_t kind, uint16_t entry) {
-    if (kind != kComposeDirect) return std::clamp(HalfUp(entry / kLutFullScale * kTopLevelScale), 0, kTopLevel);
-    return std::min<int>(entry, kTopLevel);
+// Half-up of entry / 65280 x 255 in double, held at 255. The quotient is
+// entry / 256 but for rounding in its last place, which never carries it
+// across a half: for every one of the 65536 entries the result is the whole
+// part of (entry + 128) / 256, which the loops compute in integers.
+int32_t ScaledIndex(uint16_t entry) { return std::min((entry + kLutStep / 2) >> 8, kTopLevel); }
+
+int32_t MapIndex(uint32_t kind, uint16_t entry) {
+    return kind != kComposeDirect ? ScaledIndex(entry) : std::min<int32_t>(entry, kTopLevel);
 }
 
 // Whether writing `out` could change entries of `base` still to be read.

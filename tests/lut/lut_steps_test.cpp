@@ -80,5 +80,17 @@ TEST(ComposeLut, ReindexesEveryPlaneThroughTheMap) {
     }
 }
 
+// Every 16-bit entry of a scaled map picks half-up(entry / 65280 x 255), held at 255.
+TEST(ComposeLut, ScaledMapIndexOfEveryEntry) {
+    Lut16 map, base, out;
+    for (int i = 0; i < 768; ++i) base[i] = static_cast<uint16_t>(i % 256);
+    for (int first = 0; first < 65536; first += 768) {
+        for (int i = 0; i < 768; ++i) map[i] = static_cast<uint16_t>(std::min(first + i, 65535));
+        ComposeLut(0, map.data(), base.data(), out.data());
+        for (int i = 0; i < 768; ++i)
+            ASSERT_EQ(out[i], std::min(static_cast<int>(map[i] / 65280.0 * 255.0 + 0.5), 255));
+    }
+}
+
 }  // namespace
 }  // namespace quarnel
