@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "codec/lut_differences.h"
 
+#include <algorithm>
+
 namespace quarnel::codec {
 namespace {
 constexpr int kTopLevel = kLutLevels - 1;
@@ -17,19 +19,24 @@ std::optional<Differences> MakeDifferences(const uint16_t* lut) {
     return d;
 }
 
-// Each plane is summed without stopping early, so the loop stays branch-free;
-// the 64-bit sum cannot overflow over 256 int differences.
+// Each plane is summed without stopping early, keeping only the lowest and
+// highest running sum, so the loop has no branch; the 64-bit sum cannot
+// overflow over 256 int differences.
 std::optional<Lut16> SumDifferences(const Differences& d) {
     Lut16 lut{};
     for (int c = 0; c < kLutPlanes; ++c) {
+        const int* plane = d.data() + LutIndex(c, 0);
+        uint16_t* out = lut.data() + LutIndex(c, 0);
         int64_t value = 0;
-        bool inRange = true;
+        int64_t lowest = 0;
+        int64_t highest = 0;
         for (int i = 1; i < kLutLevels; ++i) {
-            value += d[LutIndex(c, i)];
-            inRange &= value >= 0 && value <= kTopLevel;
-            lut[LutIndex(c, i)] = static_cast<uint16_t>(value * kLutStep);
+            value += plane[i];
+            lowest = std::min(lowest, value);
+            highest = std::max(highest, value);
+            out[i] = static_cast<uint16_t>(value * kLutStep);
         }
-        if (!inRange || value * kLutStep != kFullScale) return std::nullopt;
+        if (lowest < 0 || highest > kTopLevel || value * kLutStep != kFullScale) return std::nullopt;
     }
     return lut;
 }
