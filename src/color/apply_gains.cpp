@@ -24,7 +24,8 @@ void ApplyAndRecord(GainSolverState& state, const double gain[3], const uint16_t
     state.maxGain = std::max({gain[0], gain[1], gain[2]});
 }
 
-// `levels` are the input levels that the gains scale, entry by entry.
+// `levels` are the input levels that the gains scale, entry by entry; they
+// rise from the first entry to the last.
 void Apply(const double* levels, const double gain[3], const uint16_t* src, uint16_t* dst) {
     Lut16 base;  // a copy only when src and dst share memory
     const uint16_t* from = src;
@@ -38,9 +39,15 @@ void Apply(const double* levels, const double gain[3], const uint16_t* src, uint
         const double g = gain[c];
         // half-up of the scaled level, kept inside the plane: an index past
         // either end reads the nearer end instead of memory outside the table.
-        // Worked out in a pass of its own, which vectorises.
+        // Worked out in a pass of its own, which vectorises. Where the first
+        // and last levels stay within the plane (every gain of 0..1 on levels
+        // of 0..255), so does every level, and half-up needs no guards.
         std::array<int32_t, kLutLevels> index;
-        for (std::size_t i = 0; i < kLevels; ++i) index[i] = HalfUpWithin(levels[i] * g, kTopLevel);
+        if (g >= 0.0 && levels[0] >= 0.0 && levels[kTopLevel] * g + 0.5 < kLutLevels) {
+            for (std::size_t i = 0; i < kLevels; ++i) index[i] = static_cast<int32_t>(levels[i] * g + 0.5);
+        } else {
+            for (std::size_t i = 0; i < kLevels; ++i) index[i] = HalfUpWithin(levels[i] * g, kTopLevel);
+        }
         for (std::size_t i = 0; i < kLevels; ++i) out[i] = plane[index[i]];
     }
 }
