@@ -62,7 +62,7 @@ public:
     const char* c_str() const { return long_.empty() ? short_.data() : long_.c_str(); }
 
 private:
-    std::array<char, 4096> short_{};
+    std::array<char, 4096> short_;  // only the joined text and its terminator are ever read
     std::string long_;
 };
 

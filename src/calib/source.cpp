@@ -147,7 +147,6 @@ void CCTLoadBIOS(const char* path, const ProbedBlock& probed, BiosData& data) {
         std::exit(0);  // a record without a path is not worth going on for
     }
     DebugPrint("CCTLoadBIOS = %s \n", path);
-    data = BiosData{};
     if (probed) {
         data.path.emplace(path, "");
         data.probedBlock = probed;

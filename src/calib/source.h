@@ -18,9 +18,9 @@ namespace quarnel {
 std::optional<BiosData> Open(int32_t enableUserK, const char* kalzenPath, const char* kalzenFilename,
                              int32_t panelIndex);
 
-// Makes `data` the empty record for the file at `path`, given the block a
-// probe read from it (nothing when the file did not open): the path and the
-// block are kept when it opened. A null path is fatal to the process.
+// Makes the fresh record `data` the one for the file at `path`, given the
+// block a probe read from it (nothing when the file did not open): the path
+// and the block are kept when it opened. A null path is fatal to the process.
 void CCTLoadBIOS(const char* path, const std::optional<std::array<uint8_t, kBlockSize>>& probed, BiosData& data);
 
 // Reads the block (from the file when enableUserK is non-zero, else from the
