@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 
 #include "core/half_up.h"
 #include "core/lut16.h"
@@ -34,6 +35,11 @@ double FindThreshold(const uint16_t* lut, double scaleTH, int nIndex) {
 // number or that reaches below the table maps to its first entry. At full
 // scale every entry maps to itself and the table stays as it is.
 void Resample(uint16_t* lut, double k) {
+    // A factor within this much of 1, spread over the whole table, stays
+    // below half a level (the margin absorbs the rounding of i x k): every
+    // entry then rounds back to itself.
+    constexpr double kUnmovedSpread = 0.49;
+    if (std::abs(k - 1.0) * kTopLevelScale < kUnmovedSpread) return;
     const double* level = LevelValues().data();
     std::array<int32_t, kLutLevels> index;
     for (std::size_t i = 0; i < index.size(); ++i) index[i] = HalfUpWithin(level[i] * k, kTopLevel);
