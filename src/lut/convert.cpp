@@ -128,12 +128,18 @@ NvTaps BuildNvTaps() {
 void ConvertNvidia(const uint16_t* inLut, float* outNv) {
     static const NvTaps taps = BuildNvTaps();
     DebugPrint("Run convert power lut with api type: %d\n", 1);
-    Plane resampled[kLutPlanes];
-    for (int c = 0; c < kLutPlanes; ++c) ResamplePlane(inLut + LutIndex(c, 0), resampled[c].data());
-    // Level-major, so that each point reads its three channels side by side.
+    // Re-sampled and normalised level-major, so that each point reads its
+    // three channels side by side.
+    const SrgbTaps& t = Taps();
     std::array<double, kEntries + kPlanes> normalised;
-    for (std::size_t i = 0; i < kLevels; ++i)
-        for (std::size_t c = 0; c < kPlanes; ++c) normalised[i * kPlanes + c] = resampled[c][i] / kLutFullScale;
+    for (std::size_t i = 0; i < kLevels; ++i) {
+        for (std::size_t c = 0; c < kPlanes; ++c) {
+            const uint16_t* in = inLut + c * kLevels;
+            const double a = in[t.lo[i]];
+            const double b = in[t.hi[i]];
+            normalised[i * kPlanes + c] = (a + (b - a) * t.f[i]) / kLutFullScale;
+        }
+    }
     for (std::size_t c = 0; c < kPlanes; ++c) normalised[kEntries + c] = normalised[kEntries - kPlanes + c];
     std::array<double, kEntries> rise;
     for (std::size_t k = 0; k < kEntries; ++k) rise[k] = normalised[k + kPlanes] - normalised[k];
