@@ -48,4 +48,12 @@ inline void CopyOutputs(const CctContext& from, CctContext& to) {
     std::memcpy(to.outNvPostGamma, from.outNvPostGamma, sizeof(from.outNvPostGamma));
 }
 
+// Copies the arrays that request 1 writes: the identity float ramps every
+// call starts with, and the factory gamma table.
+inline void CopyInitOutputs(const CctContext& from, CctContext& to) {
+    std::memcpy(to.outNvPreGamma, from.outNvPreGamma, sizeof(from.outNvPreGamma));
+    std::memcpy(to.outNvPostGamma, from.outNvPostGamma, sizeof(from.outNvPostGamma));
+    std::memcpy(to.gammaLut, from.gammaLut, sizeof(from.gammaLut));
+}
+
 }  // namespace quarnel::bench

@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
 // Request 1 from a creator's calibration file, requests 2 to 7 for every lut
 // api type and the VX modes 3 and 21, each against its floor in the same run:
-// the floor of request 1 reads the file and prints the request's lines; the
-// floor of a LUT request copies the record's output arrays, looks once for
-// the trace file, reads the block for its interpolation step and prints the
-// request's lines.
+// the floor of request 1 copies the arrays it writes, looks once for the
+// trace file, reads the file and prints the request's lines; the floor of a
+// LUT request copies the record's output arrays, looks once for the trace
+// file, reads the block for its interpolation step and prints the request's
+// lines.
 
 #include <cstdio>
 #include <filesystem>
@@ -119,9 +120,12 @@ void BM_Request1Floor(benchmark::State& state) {
     const char* path = Panel().path.c_str();
     if (PrintedBy([&] { CCTAPI(CCTAPI_INIT_GAIN, ctx.get()); }) != PrintedBy([&] { PrintInitLines(path, block); }))
         return state.SkipWithError("the floor prints other lines than request 1");
+    const auto result = std::make_unique<CctContext>(*ctx);
     if (!TraceFileAbsent(state)) return;
     QuietStdout quiet;
     for (auto _ : state) {
+        CopyInitOutputs(*result, *ctx);
+        ProbeTraceFile();
         ReadBlock(block);
         PrintInitLines(path, block);
         benchmark::ClobberMemory();

@@ -28,6 +28,13 @@ void FillIdentityFloatRamps(CctContext* ctx) {
     std::memcpy(ctx->outNvPostGamma, ramp.data(), sizeof(ramp));
 }
 
+// Requests 2 to 8 for the NVIDIA driver write both float arrays in full
+// before anything reads them (conversion, or request 8's neutral ramps), so
+// the identity ramps would only be overwritten: each array is written once.
+bool HandlerWritesFloatArrays(const CctContext& ctx, uint32_t request) {
+    return ctx.lutApiType == CCT_LUT_API_NVIDIA && request >= CCTAPI_GET_LUT && request <= CCTAPI_NATIVE_MODE;
+}
+
 int32_t RunHighRequest(CctContext* ctx, int32_t request) {
     if (request != CCTAPI_SELF_TEST) return CCT_ERR_REQUEST;
     ctx->icc[0][0] = ctx->icc[0][2] + ctx->icc[0][1];
@@ -53,7 +60,7 @@ int32_t Cctapi(uint32_t code, CctContext* ctx) {
 
     const Request request = DecodeRequest(code);
     const uint16_t* regammaCurve = request.regammaFlag != 0 ? RegammaCurve().data() : nullptr;
-    FillIdentityFloatRamps(ctx);
+    if (!HandlerWritesFloatArrays(*ctx, request.number)) FillIdentityFloatRamps(ctx);
     WarningWord() = 0;
     TraceReset();
 

@@ -46,8 +46,7 @@ int32_t RunCurveMode(CctContext& ctx, int32_t mode, const uint16_t* vxInput) {
 
 int32_t RunVividMode(CctContext& ctx, const uint16_t* vxInput) {
     DebugMessage(L"; VOK: CCTAPI_VX_VIVID_MODE\n");
-    const Lut16 vivid = BuildVividCurve();
-    GetVxModeLut(ctx, vivid.data());
+    GetVxModeLut(ctx, VividCurve().data());
     DumpLut(&ctx, "CCTAPI_VX_VIVID_MODE (lut before LutConvert())");
     BrightenOutLut(ctx);
     DumpLut(&ctx, "CCTAPI_GET_LUT (lut after LutBrightCtrl())");

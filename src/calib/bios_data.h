@@ -3,8 +3,10 @@
 // BiosData: one 512-byte factory calibration block, where it came from, and
 // its parse; plus the monitors' EDID blocks collected with it.
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
+#include <cstring>
 #include <optional>
 #include <string>
 #include <vector>
@@ -25,6 +27,44 @@ inline constexpr int32_t kBiosFileNotOpened = 7;
 inline constexpr int kToneRowSize = 18;  // black XYZ, then five grey levels x XYZ
 
 using EdidBlock = std::array<uint8_t, kEdidBlockSize>;
+
+// The LUT string as the block stores it: its size byte N (0..255), then the
+// N string bytes; kept in the record itself.
+class LutStringBytes {
+public:
+    void assign(const uint8_t* first, std::size_t count) {
+        count_ = std::min(count, bytes_.size());
+        std::copy_n(first, count_, bytes_.begin());
+    }
+    const uint8_t* data() const { return bytes_.data(); }
+    std::size_t size() const { return count_; }
+    bool empty() const { return count_ == 0; }
+
+private:
+    std::array<uint8_t, 256> bytes_{};
+    std::size_t count_ = 0;
+};
+
+// A calibration file's path, the folder and the name joined as they are:
+// kept in the record itself, and on the heap only when it outgrows that.
+class FilePath {
+public:
+    FilePath(const char* folder, const char* name) {
+        const std::size_t folderLength = std::strlen(folder);
+        const std::size_t nameLength = std::strlen(name);
+        if (folderLength + nameLength < short_.size()) {
+            std::memcpy(short_.data(), folder, folderLength);
+            std::memcpy(short_.data() + folderLength, name, nameLength + 1);
+        } else {
+            long_ = std::string(folder) + name;
+        }
+    }
+    const char* c_str() const { return long_.empty() ? short_.data() : long_.c_str(); }
+
+private:
+    std::array<char, 4096> short_;  // only the joined text and its terminator are ever read
+    std::string long_;
+};
 
 struct BiosData {
     int32_t BiosDataStatus = kBiosOk;
@@ -47,14 +87,14 @@ struct BiosData {
     uint8_t crc2High = 0;
     uint8_t useMethod = 0;
     uint8_t lutStringSize = 0;
-    std::vector<uint8_t> lutString;  // the size byte N, then the N string bytes
-    std::optional<std::string> path;
+    LutStringBytes lutString;
+    std::optional<FilePath> path;
     int32_t cursor = 0;
     int32_t length = 0;
-    std::vector<uint8_t> raw;  // the block, kBlockSize bytes once read
+    std::array<uint8_t, kBlockSize> raw{};  // the block
     // The block that Open's probe of the file read: the next GetData takes it
     // instead of reading the file again.
-    std::optional<std::vector<uint8_t>> probedBlock;
+    std::optional<std::array<uint8_t, kBlockSize>> probedBlock;
 };
 
 }  // namespace quarnel

@@ -2,7 +2,7 @@
 #include "calib/bios_info.h"
 
 #include <algorithm>
-#include <memory>
+#include <optional>
 
 #include "calib/source.h"
 #include "codec/lut_string.h"
@@ -48,10 +48,10 @@ void GetBIOSInfo(const CalibrationSource& source, FactoryData& out, ToneModel& t
     DebugMessage(L"VOK: Enter GetBIOSInfo()\n");
     out.fromBios = 0;
     DebugMessage(L"VOK: Start Open()\n");
-    std::unique_ptr<BiosData> data =
+    std::optional<BiosData> data =
         Open(source.enableUserK, source.kalzenPath, source.kalzenFilename, source.panelIndex);
     DebugMessage(L"VOK: Finish Open()\n");
-    if (data == nullptr) {
+    if (!data) {
         DebugMessage(L"VOK: handler is null\n");
         out.fromBios = 0;
         out.biosVer = kNoBiosVersion;
@@ -70,7 +70,7 @@ void GetBIOSInfo(const CalibrationSource& source, FactoryData& out, ToneModel& t
         out.gammaK = 1;
         targets.valid = 1;
     }
-    Close(std::move(data));
+    Close(data);
     DebugMessage(L"VOK: Exit  GetBIOSInfo()\n");
 }
 

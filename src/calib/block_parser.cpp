@@ -111,8 +111,7 @@ bool ReadLutString(BlockReader& in, BiosData& data) {
     data.cursor -= 1;
     const int32_t size = int32_t{data.lutStringSize} + 1;
     if (!in.Fits(size)) return false;
-    const auto first = data.raw.begin() + data.cursor;
-    data.lutString.assign(first, first + size);
+    data.lutString.assign(data.raw.data() + data.cursor, static_cast<std::size_t>(size));
     data.cursor += size;
     return true;
 }

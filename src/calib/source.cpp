@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "calib/source.h"
 
+#include <array>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <optional>
 #include <string>
 #include <vector>
@@ -20,23 +22,25 @@ namespace {
 constexpr int32_t kUserFile = 1;
 constexpr int32_t kReadAgain = -1;
 
+using Block = std::array<uint8_t, kBlockSize>;
+
 // The caller supplies the separator: the folder and the name are joined as they are.
-std::optional<std::string> KalzenPath(const char* kalzenPath, const char* kalzenFilename) {
-    if (kalzenPath == nullptr || kalzenFilename == nullptr) return std::nullopt;
-    return std::string(kalzenPath) + kalzenFilename;
+void SetKalzenPath(std::optional<FilePath>& path, const char* kalzenPath, const char* kalzenFilename) {
+    path.reset();
+    if (kalzenPath != nullptr && kalzenFilename != nullptr) path.emplace(kalzenPath, kalzenFilename);
 }
 
 // The block a successful probe of the user file has already read, so that
 // the one open serves the probe, the record and the read.
-using ProbedBlock = std::optional<std::vector<uint8_t>>;
+using ProbedBlock = std::optional<Block>;
 
 // A fresh, cleared block: a short file or a failed firmware read then
 // leaves zeros behind, never stale bytes.
-void FreshBlock(BiosData& data) { data.raw.assign(kBlockSize, 0); }
+void FreshBlock(BiosData& data) { data.raw.fill(0); }
 
 // Reads the file into the cleared block `raw`; false when it does not open.
-bool ReadBlockFile(const std::string& path, std::vector<uint8_t>& raw) {
-    std::FILE* file = std::fopen(path.c_str(), "rb");
+bool ReadBlockFile(const char* path, Block& raw) {
+    std::FILE* file = std::fopen(path, "rb");
     if (file == nullptr) return false;
     const std::size_t ignored = std::fread(raw.data(), 1, raw.size(), file);
     static_cast<void>(ignored);  // a short file is read as far as it goes
@@ -44,11 +48,11 @@ bool ReadBlockFile(const std::string& path, std::vector<uint8_t>& raw) {
     return true;
 }
 
-bool ReadFile(BiosData& data, const std::optional<std::string>& path, ProbedBlock& probed) {
+bool ReadFile(BiosData& data, const std::optional<FilePath>& path, ProbedBlock& probed) {
     if (probed) {
-        data.raw.swap(*probed);
+        data.raw = *probed;
         probed.reset();
-    } else if (!path || !ReadBlockFile(*path, data.raw)) {
+    } else if (!path || !ReadBlockFile(path->c_str(), data.raw)) {
         return false;
     }
     data.length = kBlockSize;
@@ -78,7 +82,7 @@ void CollectEdidBlocks(BiosData& data) {
 }
 
 void ReadUserFile(BiosData& data, const char* kalzenPath, const char* kalzenFilename, ProbedBlock& probed) {
-    data.path = KalzenPath(kalzenPath, kalzenFilename);
+    SetKalzenPath(data.path, kalzenPath, kalzenFilename);
     DebugPrint("path = %s \n", data.path ? data.path->c_str() : "");
     data.cursor = 0;
     if (ReadFile(data, data.path, probed)) {
@@ -109,50 +113,59 @@ void CheckBlock(BiosData& data, int32_t enableUserK) {
 }
 
 // A file that opens is read here once, and the record keeps its block.
-std::unique_ptr<BiosData> ProbeUserFile(const char* kalzenPath, const char* kalzenFilename) {
-    const std::optional<std::string> path = KalzenPath(kalzenPath, kalzenFilename);
+void ProbeUserFile(const char* kalzenPath, const char* kalzenFilename, BiosData& data) {
+    std::optional<FilePath> path;
+    SetKalzenPath(path, kalzenPath, kalzenFilename);
     if (!path) {
         DebugMessage(L"VOK: Kalzen Path catch\n");
         CctapiErrorCode() = CCT_ERR_FILE_NOT_OPENED;
-        return std::make_unique<BiosData>();
+        return;
     }
-    std::vector<uint8_t> block(kBlockSize, 0);
-    if (!ReadBlockFile(*path, block)) {
+    ProbedBlock block(std::in_place);
+    block->fill(0);
+    if (!ReadBlockFile(path->c_str(), *block)) {
         CctapiErrorCode() = CCT_ERR_FILE_NOT_OPENED;
         DebugMessage(L"VOK: Kalzen Path -3\n");
-        return std::make_unique<BiosData>();
+        return;
     }
-    auto data = CCTLoadBIOS(path->c_str(), std::move(block));
+    CCTLoadBIOS(path->c_str(), block, data);
     DebugMessage(L"VOK: Kalzen Path OK\n");
-    return data;
+}
+
+// Reads the file named by folder and name, joined as they are, into `block`
+// as far as it goes; leaves `block` as it is when the file does not open.
+void ReadJoinedFile(const char* folder, const char* name, Block& block) {
+    const FilePath path(folder, name);
+    static_cast<void>(ReadBlockFile(path.c_str(), block));
 }
 
 }  // namespace
 
-std::unique_ptr<BiosData> CCTLoadBIOS(const char* path, ProbedBlock probed) {
+void CCTLoadBIOS(const char* path, const ProbedBlock& probed, BiosData& data) {
     if (path == nullptr) {
         DebugPrint("BIOS Raw file is not valid.\n");
         std::exit(0);  // a record without a path is not worth going on for
     }
     DebugPrint("CCTLoadBIOS = %s \n", path);
-    auto data = std::make_unique<BiosData>();
     if (probed) {
-        data->path = path;
-        data->probedBlock = std::move(probed);
+        data.path.emplace(path, "");
+        data.probedBlock = probed;
     }
-    return data;
 }
 
-std::unique_ptr<BiosData> Open(int32_t enableUserK, const char* kalzenPath, const char* kalzenFilename,
-                               int32_t panelIndex) {
+// The record lives in the caller's frame: nothing is allocated for it.
+std::optional<BiosData> Open(int32_t enableUserK, const char* kalzenPath, const char* kalzenFilename,
+                             int32_t panelIndex) {
     DebugMessage(L"VOK: Enter Open()\n");
-    std::unique_ptr<BiosData> data =
-        enableUserK == kUserFile ? ProbeUserFile(kalzenPath, kalzenFilename) : std::make_unique<BiosData>();
+    std::optional<BiosData> data(std::in_place);
+    if (enableUserK == kUserFile) ProbeUserFile(kalzenPath, kalzenFilename, *data);
     if (GetData(*data, enableUserK, kalzenPath, kalzenFilename, panelIndex) == kReadAgain &&
         GetData(*data, enableUserK, kalzenPath, kalzenFilename, panelIndex) == kReadAgain)
-        return nullptr;
-    if (data->BiosDataStatus != kBiosOk) return nullptr;
-    DebugMessage(L"VOK: Exit Open()\n");
+        data.reset();
+    else if (data->BiosDataStatus != kBiosOk)
+        data.reset();
+    else
+        DebugMessage(L"VOK: Exit Open()\n");
     return data;
 }
 
@@ -174,21 +187,24 @@ int32_t GetData(BiosData& data, int32_t enableUserK, const char* kalzenPath, con
     return 0;
 }
 
-int32_t GetBIOS_Data(BiosData& data, uint8_t& flag297, const CalibrationSource& source) {
-    FreshBlock(data);
+// Called by every LUT request of a version-7 panel, so it reads into a block
+// on the stack and joins the path there: nothing is allocated unless the
+// path outgrows the buffer.
+int32_t GetBIOS_Data(uint8_t& flag297, const CalibrationSource& source) {
+    Block block{};  // a short or unread source leaves zeros
     if (source.enableUserK != kUserFile) {
-        ReadFirmware(data, source.panelIndex);
+        int32_t count = 0;
+        static_cast<void>(ReadDataBlock(&count, block.data(), source.panelIndex));
+    } else if (source.kalzenPath == nullptr || source.kalzenFilename == nullptr) {
+        DebugPrint("GetBIOS_Data path = %s \n", "");
     } else {
-        const std::optional<std::string> path = KalzenPath(source.kalzenPath, source.kalzenFilename);
-        DebugPrint("GetBIOS_Data path = %s \n", path ? path->c_str() : "");
-        data.cursor = 0;
-        ProbedBlock none;
-        ReadFile(data, path, none);
+        DebugPrint("GetBIOS_Data path = %s%s \n", source.kalzenPath, source.kalzenFilename);
+        ReadJoinedFile(source.kalzenPath, source.kalzenFilename, block);
     }
-    flag297 = data.raw[kBlockStepByte];
+    flag297 = block[kBlockStepByte];
     return 0;
 }
 
-void Close(std::unique_ptr<BiosData> data) { data.reset(); }
+void Close(std::optional<BiosData>& data) { data.reset(); }
 
 }  // namespace quarnel

@@ -4,10 +4,9 @@
 // file (kalzenPath immediately followed by kalzenFilename) or the firmware.
 // There is no fallback from one to the other.
 
+#include <array>
 #include <cstdint>
-#include <memory>
 #include <optional>
-#include <vector>
 
 #include "calib/bios_data.h"
 #include "core/calibration_source.h"
@@ -16,13 +15,13 @@ namespace quarnel {
 
 // Reads, parses and checks the block of the chosen source (the file when
 // enableUserK is 1); null when the read or any check failed.
-std::unique_ptr<BiosData> Open(int32_t enableUserK, const char* kalzenPath, const char* kalzenFilename,
-                               int32_t panelIndex);
+std::optional<BiosData> Open(int32_t enableUserK, const char* kalzenPath, const char* kalzenFilename,
+                             int32_t panelIndex);
 
-// An empty record for the file at `path`, given the block a probe read from
-// it (nothing when the file did not open): the path and the block are kept
-// when it opened. A null path is fatal to the process.
-std::unique_ptr<BiosData> CCTLoadBIOS(const char* path, std::optional<std::vector<uint8_t>> probed);
+// Makes the fresh record `data` the one for the file at `path`, given the
+// block a probe read from it (nothing when the file did not open): the path
+// and the block are kept when it opened. A null path is fatal to the process.
+void CCTLoadBIOS(const char* path, const std::optional<std::array<uint8_t, kBlockSize>>& probed, BiosData& data);
 
 // Reads the block (from the file when enableUserK is non-zero, else from the
 // firmware with panelIndex as method; a block the record's probe already read
@@ -31,10 +30,11 @@ std::unique_ptr<BiosData> CCTLoadBIOS(const char* path, std::optional<std::vecto
 int32_t GetData(BiosData& data, int32_t enableUserK, const char* kalzenPath, const char* kalzenFilename,
                 int32_t panelIndex);
 
-// Reads the block without parsing it and hands out its byte 297. Always 0.
-int32_t GetBIOS_Data(BiosData& data, uint8_t& flag297, const CalibrationSource& source);
+// Reads the block without parsing it and hands out its byte 297 (0 when the
+// source could not be read). Always 0.
+int32_t GetBIOS_Data(uint8_t& flag297, const CalibrationSource& source);
 
 // Releases the record with its block, LUT string and EDID blocks.
-void Close(std::unique_ptr<BiosData> data);
+void Close(std::optional<BiosData>& data);
 
 }  // namespace quarnel

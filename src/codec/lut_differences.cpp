@@ -4,7 +4,7 @@
 namespace quarnel::codec {
 namespace {
 constexpr int kTopLevel = kLutLevels - 1;
-constexpr int kFullScale = kTopLevel * kLutStep;
+constexpr int kLevelBits = 8;  // levels 0..255 fit in the low eight bits
 }  // namespace
 
 std::optional<Differences> MakeDifferences(const uint16_t* lut) {
@@ -17,19 +17,23 @@ std::optional<Differences> MakeDifferences(const uint16_t* lut) {
     return d;
 }
 
-// Each plane is summed without stopping early, so the loop stays branch-free;
-// the 64-bit sum cannot overflow over 256 int differences.
+// Each plane is summed without stopping early, so the loop has no branch:
+// the running sums are ORed together as unsigned values, and only sums
+// within 0..255 leave every bit above the low eight clear. The 64-bit sum
+// cannot overflow over 256 int differences.
 std::optional<Lut16> SumDifferences(const Differences& d) {
     Lut16 lut{};
     for (int c = 0; c < kLutPlanes; ++c) {
+        const int* plane = d.data() + LutIndex(c, 0);
+        uint16_t* out = lut.data() + LutIndex(c, 0);
         int64_t value = 0;
-        bool inRange = true;
+        uint64_t seen = 0;
         for (int i = 1; i < kLutLevels; ++i) {
-            value += d[LutIndex(c, i)];
-            inRange &= value >= 0 && value <= kTopLevel;
-            lut[LutIndex(c, i)] = static_cast<uint16_t>(value * kLutStep);
+            value += plane[i];
+            seen |= static_cast<uint64_t>(value);
+            out[i] = static_cast<uint16_t>(value * kLutStep);
         }
-        if (!inRange || value * kLutStep != kFullScale) return std::nullopt;
+        if ((seen >> kLevelBits) != 0 || value != kTopLevel) return std::nullopt;
     }
     return lut;
 }

@@ -2,6 +2,7 @@
 #include "color/apply_gains.h"
 
 #include <algorithm>
+#include <array>
 #include <functional>
 
 #include "core/half_up.h"
@@ -9,6 +10,8 @@
 
 namespace quarnel {
 namespace {
+
+constexpr std::size_t kLevels = kLutLevels;
 
 // Whether writing dst could change entries of src still to be read.
 bool Overlaps(const uint16_t* src, const uint16_t* dst) {
@@ -21,9 +24,9 @@ void ApplyAndRecord(GainSolverState& state, const double gain[3], const uint16_t
     state.maxGain = std::max({gain[0], gain[1], gain[2]});
 }
 
-// `level(i)` is the input level that gains scale at entry i.
-template <typename Level>
-void Apply(Level level, const double gain[3], const uint16_t* src, uint16_t* dst) {
+// `levels` are the input levels that the gains scale, entry by entry; they
+// rise from the first entry to the last.
+void Apply(const double* levels, const double gain[3], const uint16_t* src, uint16_t* dst) {
     Lut16 base;  // a copy only when src and dst share memory
     const uint16_t* from = src;
     if (Overlaps(src, dst)) {
@@ -33,20 +36,30 @@ void Apply(Level level, const double gain[3], const uint16_t* src, uint16_t* dst
     for (int c = 0; c < kLutPlanes; ++c) {
         const uint16_t* plane = from + LutIndex(c, 0);
         uint16_t* out = dst + LutIndex(c, 0);
+        const double g = gain[c];
         // half-up of the scaled level, kept inside the plane: an index past
         // either end reads the nearer end instead of memory outside the table.
-        for (int i = 0; i < kLutLevels; ++i) out[i] = plane[HalfUpWithin(level(i) * gain[c], kTopLevel)];
+        // Worked out in a pass of its own, which vectorises. Where the first
+        // and last levels stay within the plane (every gain of 0..1 on levels
+        // of 0..255), so does every level, and half-up needs no guards.
+        std::array<int32_t, kLutLevels> index;
+        if (g >= 0.0 && levels[0] >= 0.0 && levels[kTopLevel] * g + 0.5 < kLutLevels) {
+            for (std::size_t i = 0; i < kLevels; ++i) index[i] = static_cast<int32_t>(levels[i] * g + 0.5);
+        } else {
+            for (std::size_t i = 0; i < kLevels; ++i) index[i] = HalfUpWithin(levels[i] * g, kTopLevel);
+        }
+        for (std::size_t i = 0; i < kLevels; ++i) out[i] = plane[index[i]];
     }
 }
 
 }  // namespace
 
 void ApplyGainsToLut(const uint16_t* src, const double gain[3], uint16_t* dst) {
-    Apply([](int i) { return static_cast<double>(i); }, gain, src, dst);
+    Apply(LevelValues().data(), gain, src, dst);
 }
 
 void ApplyGainsAtLevels(const double level[256], const double gain[3], const uint16_t* src, uint16_t* dst) {
-    Apply([level](int i) { return level[i]; }, gain, src, dst);
+    Apply(level, gain, src, dst);
 }
 
 void BlendGains(GainSolverState& state, double t, const double a[3], const double b[3], const uint16_t* src,

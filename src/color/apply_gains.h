@@ -15,7 +15,8 @@ namespace quarnel {
 void ApplyGainsToLut(const uint16_t* src, const double gain[3], uint16_t* dst);
 
 // The same with the gains scaling other input levels than i: dst[c][i] =
-// src[c][half-up(level[i] x gain[c])], held inside the plane likewise.
+// src[c][half-up(level[i] x gain[c])], held inside the plane likewise. The
+// levels must rise from level[0] to level[255].
 void ApplyGainsAtLevels(const double level[256], const double gain[3], const uint16_t* src, uint16_t* dst);
 
 // Applies (1 - t) x a + t x b to `src` into `dst` and leaves the largest of

@@ -26,6 +26,18 @@ constexpr std::size_t LutIndex(int plane, int level) { return static_cast<std::s
 
 inline uint16_t IdentityEntry(int level) { return static_cast<uint16_t>(level * kLutStep); }
 
+// The input levels 0..255 as doubles, built once per process: loops that
+// scale the level read it from here and vectorise, where converting the
+// loop counter would not.
+inline const std::array<double, kLutLevels>& LevelValues() {
+    static const std::array<double, kLutLevels> levels = [] {
+        std::array<double, kLutLevels> l{};
+        for (std::size_t i = 0; i < l.size(); ++i) l[i] = static_cast<double>(i);
+        return l;
+    }();
+    return levels;
+}
+
 // Writes the identity ramp i x 256 into all three planes of `lut`.
 inline void FillIdentity(uint16_t* lut) {
     for (int c = 0; c < kLutPlanes; ++c)

@@ -2,6 +2,8 @@
 #include "lut/bright_ctrl.h"
 
 #include <algorithm>
+#include <array>
+#include <cmath>
 
 #include "core/half_up.h"
 #include "core/lut16.h"
@@ -29,8 +31,28 @@ double FindThreshold(const uint16_t* lut, double scaleTH, int nIndex) {
     return scaleTH;
 }
 
-// A factor that is not a number or that reaches below the table maps to its first entry.
-int ResampleIndex(int i, double k) { return HalfUpWithin(i * k, kLutLevels - 1); }
+// Output entry i takes source entry half-up(i x k); a factor that is not a
+// number or that reaches below the table maps to its first entry. At full
+// scale every entry maps to itself and the table stays as it is.
+void Resample(uint16_t* lut, double k) {
+    // A factor within this much of 1, spread over the whole table, stays
+    // below half a level (the margin absorbs the rounding of i x k): every
+    // entry then rounds back to itself.
+    constexpr double kUnmovedSpread = 0.49;
+    if (std::abs(k - 1.0) * kTopLevelScale < kUnmovedSpread) return;
+    const double* level = LevelValues().data();
+    std::array<int32_t, kLutLevels> index;
+    for (std::size_t i = 0; i < index.size(); ++i) index[i] = HalfUpWithin(level[i] * k, kTopLevel);
+    int32_t moved = 0;
+    for (std::size_t i = 0; i < index.size(); ++i) moved |= index[i] ^ static_cast<int32_t>(i);
+    if (moved == 0) return;
+    for (int c = 0; c < kLutPlanes; ++c) {
+        uint16_t* plane = lut + LutIndex(c, 0);
+        std::array<uint16_t, kLutLevels> source;
+        std::copy_n(plane, kLutLevels, source.begin());
+        for (std::size_t i = 0; i < source.size(); ++i) plane[i] = source[static_cast<std::size_t>(index[i])];
+    }
+}
 
 void LiftDimPeak(uint16_t* lut) {
     const double top =
@@ -55,13 +77,8 @@ int32_t LutBrightCtrl(uint16_t* lut, uint32_t lutApiType, double scale) {
     DebugPrint("scale: %f, Scale TH: %f, nIndex: %d\n", scale, scaleTH, nIndex);
     scaleTH = FindThreshold(lut, scaleTH, nIndex);
 
-    Lut16 source;
-    std::copy(lut, lut + kLutEntries, source.begin());
     const double k = (std::clamp(scale, 0.0, 1.0) - kKnee) * (1.0 - scaleTH) / kKneeSpan + scaleTH;
-    for (int i = 0; i < kLutLevels; ++i) {
-        const int j = ResampleIndex(i, k);
-        for (int c = 0; c < kLutPlanes; ++c) lut[LutIndex(c, i)] = source[LutIndex(c, j)];
-    }
+    Resample(lut, k);
 
     if (lutApiType == CCT_LUT_API_QCOM) LiftDimPeak(lut);
     DebugMessage(L"; VOK: ##Exit  LutBrightCtrl()##\n");

@@ -10,6 +10,8 @@ constexpr int32_t kFetchRetry = -1;
 constexpr int32_t kFetchFailed = -2;
 constexpr int kVersionWithStep = 7;
 
+// The dark-end smoothing looks across the channels entry by entry, so it
+// works on the 8-bit table in [level][channel] form.
 Lut8 ReduceTo8Bit(const uint16_t* lut) {
     Lut8 lut8{};
     for (int i = 0; i < kLutLevels; ++i)
@@ -36,38 +38,38 @@ bool FetchStep(const CalibrationSource& source, StepByteFetch fetch, uint8_t& st
     return true;
 }
 
-bool Interpolate(const CalibrationSource& source, StepByteFetch fetch, const Lut8& in, Lut8& out) {
+// Interpolates every channel at the fetched step, in place; leaves the LUT
+// untouched when the step could not be fetched.
+void Interpolate(const CalibrationSource& source, StepByteFetch fetch, uint16_t* lut) {
     uint8_t step = 0;
     if (!FetchStep(source, fetch, step)) {
         DebugPrint("GetBIOSData() failed!!!\n");
-        return false;
+        return;
     }
     DebugPrint("; VOK: Get bios[%d]: %d\n ", kBlockStepByte, step);
-    if (LutLinInterp8Bit(step, in, out) != 0) {
-        DebugPrint("LutLinInterp8Bit() failed!!!\n");
-        return false;
-    }
-    return true;
+    for (int c = 0; c < kLutPlanes; ++c) LutLinInterp8Bit(step, lut + LutIndex(c, 0));
 }
 
-bool Smooth(const Lut8& in, Lut8& out) {
+void Smooth(uint16_t* lut) {
+    const Lut8 in = ReduceTo8Bit(lut);
+    Lut8 out;  // LutSmooth8Bit fills every entry before it is read
     if (LutSmooth8Bit(in, out) != 0) {
         DebugPrint("; VOK: LutSmooth8Bit() failed!!!\n");
-        return false;
+        return;
     }
-    return true;
+    WriteBack(out, lut);
 }
 
 }  // namespace
 
-// Failures are reported by message only: the LUT stays as it was and the
-// result is 0 either way.
+// Failures are reported by message only: the LUT is written only once a step
+// is sure to succeed, and the result is 0 either way.
 int32_t LutImprove(int32_t biosVer, const CalibrationSource& source, uint16_t* lut, StepByteFetch fetch) {
     DebugMessage(L"; VOK: ##Enter LutImprove()##\n");
-    const Lut8 in = ReduceTo8Bit(lut);
-    Lut8 out;  // both steps fill every entry before it is read
-    const bool improved = biosVer == kVersionWithStep ? Interpolate(source, fetch, in, out) : Smooth(in, out);
-    if (improved) WriteBack(out, lut);
+    if (biosVer == kVersionWithStep)
+        Interpolate(source, fetch, lut);
+    else
+        Smooth(lut);
     return 0;
 }
 

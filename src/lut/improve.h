@@ -45,8 +45,11 @@ int32_t LutImprove(int32_t biosVer, const CalibrationSource& source, uint16_t* l
 // smoothing point (its entry 64 is exact, or every entry down to 1 strays far).
 int32_t LutSmooth8Bit(const Lut8& in, Lut8& out);
 
-// Piecewise-linear interpolation between every step-th entry of `in`; a step
-// outside 1..64 is taken as 16. Always 0.
-int32_t LutLinInterp8Bit(int step, const Lut8& in, Lut8& out);
+// Piecewise-linear interpolation of one channel plane (256 entries) in
+// place: the high bytes of every step-th entry and of the last are kept, the
+// entries between them are rebuilt on the straight line, and every entry is
+// written back as its 8-bit level x 256. A step outside 1..64 is taken as 16.
+// It has no failure path.
+void LutLinInterp8Bit(int step, uint16_t* plane);
 
 }  // namespace quarnel

@@ -21,12 +21,21 @@ double VividLevel(int i) {
     return kSquare * (x * x) - kCube * (x * x * x) + kLinear * x;
 }
 
+namespace {
+
 Lut16 BuildVividCurve() {
     Lut16 curve{};
     for (int i = 0; i < kLutLevels; ++i) {
         const int v = TruncToInt(std::clamp(VividLevel(i) + 0.5, 0.0, kTopLevelScale));
         for (int c = 0; c < kLutPlanes; ++c) curve[LutIndex(c, i)] = static_cast<uint16_t>(v * kLutStep);
     }
+    return curve;
+}
+
+}  // namespace
+
+const Lut16& VividCurve() {
+    static const Lut16 curve = BuildVividCurve();
     return curve;
 }
 

@@ -14,8 +14,8 @@ namespace quarnel {
 double VividLevel(int i);
 
 // The curve as a Lut16: half-up of the level, clamped to 0..255, x 256 in all
-// three planes.
-Lut16 BuildVividCurve();
+// three planes. Built on first use.
+const Lut16& VividCurve();
 
 // VividLevel of every input level 0..255, built on first use: the levels
 // the gains of the gain-driven vivid mode scale.

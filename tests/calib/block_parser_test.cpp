@@ -29,7 +29,7 @@ TEST(Crc16, MatchesThePublishedCheckValue) {
 // Every field the parser fills, with what it printed.
 std::string Parsed(const std::string& title, const std::vector<uint8_t>& block, int32_t length = kBlockSize) {
     BiosData d;
-    d.raw = block;
+    std::copy_n(block.begin(), d.raw.size(), d.raw.begin());
     d.length = length;
     bool inBounds = false;
     std::string printed = test::CaptureStdout([&] { inBounds = ParseHeader(d); });

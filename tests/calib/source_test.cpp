@@ -50,12 +50,12 @@ protected:
 
     std::string Read(const std::string& title, int32_t userK, const char* path, const char* name) {
         BiosData data;
-        data.raw.assign(512, 0xFF);  // what an earlier read left
+        data.raw.fill(0xFF);  // what an earlier read left
         int32_t result = 0;
         bool opens = false;
         const std::string said = Said([&] {
             result = GetData(data, userK, path, name, 3);
-            opens = Open(userK, path, name, 3) != nullptr;
+            opens = Open(userK, path, name, 3).has_value();
         });
         return Row("==", title, "user K", userK, "result", result, "status", data.BiosDataStatus, "opens", opens) +
                said + Row(data.firstWhite[1], data.targetLuminance, data.defaultWhite[0], data.length);
@@ -130,7 +130,8 @@ TEST_F(SourceSelection, EveryFileAndFirmwareOutcome) {
 
 TEST(CCTLoadBIOSDeathTest, ANullPathEndsTheProcessQuietly) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
-    EXPECT_EXIT(CCTLoadBIOS(nullptr, std::nullopt), ::testing::ExitedWithCode(0), "");
+    BiosData data;
+    EXPECT_EXIT(CCTLoadBIOS(nullptr, std::nullopt, data), ::testing::ExitedWithCode(0), "");
 }
 
 TEST_F(SourceSelection, GetBiosInfoFillsContextTargetsToneModelAndGammaLut) {

@@ -58,6 +58,7 @@ TEST(LutImprove, StepFetchRetriesOnceAfterMinusOne) {
                   tc.used ? "; VOK: Get bios[297]: 32\n " : "GetBIOSData() failed!!!\n");
         EXPECT_EQ(gCalls, tc.script.size());
         EXPECT_EQ(lut[LutIndex(2, 8)], tc.used ? 50 * 256 : 8 * 256 + 7);
+        EXPECT_EQ(lut[LutIndex(2, 15)], tc.used ? 94 * 256 : 15 * 256 + 7);  // the grid of 16 reaches entry 15
         EXPECT_EQ(debug.joined(), std::wstring(L"; VOK: ##Enter LutImprove()##\nVOK: Enter GetBIOSData()\n"
                                                L"VOK: Enter GetBIOSDataManual()\n") +
                                       (tc.used ? L"VOK: Exit GetBIOSDataManual()\n" : L""));
@@ -76,6 +77,18 @@ TEST(ComposeLut, ReindexesEveryPlaneThroughTheMap) {
         EXPECT_EQ(ComposeLut(static_cast<uint32_t>(kind), map.data(), out.data(), out.data()), index < 0 ? 1 : 0);
         for (int c = 0; c < 3; ++c)
             for (int i = 0; i < 256; ++i) ASSERT_EQ(out[LutIndex(c, i)], kPanel[LutIndex(c, index < 0 ? i : index)]);
+    }
+}
+
+// Every 16-bit entry of a scaled map picks half-up(entry / 65280 x 255), held at 255.
+TEST(ComposeLut, ScaledMapIndexOfEveryEntry) {
+    Lut16 map, base, out;
+    for (int i = 0; i < 768; ++i) base[i] = static_cast<uint16_t>(i % 256);
+    for (int first = 0; first < 65536; first += 768) {
+        for (int i = 0; i < 768; ++i) map[i] = static_cast<uint16_t>(std::min(first + i, 65535));
+        ComposeLut(0, map.data(), base.data(), out.data());
+        for (int i = 0; i < 768; ++i)
+            ASSERT_EQ(out[i], std::min(static_cast<int>(map[i] / 65280.0 * 255.0 + 0.5), 255));
     }
 }
 

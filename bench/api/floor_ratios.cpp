@@ -1,0 +1,81 @@
+// SPDX-License-Identifier: MIT
+// The program's own main: runs the benchmarks with the display the flags
+// ask for and then reports, on standard error, every request's CPU time over
+// its floor's, from the medians when the run repeats.
+
+#include <benchmark/benchmark.h>
+
+#include <cstdio>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace quarnel::bench {
+namespace {
+
+// The floor each request is measured against: a LUT request's own (same
+// request and lut api type), request 1's own, and request 8's for requests 0
+// and 8.
+std::string FloorOf(const std::string& name) {
+    const std::string lut = "BM_Request/";
+    if (name.rfind(lut, 0) == 0) return "BM_RequestFloor/" + name.substr(lut.size());
+    if (name == "BM_Request1") return "BM_Request1Floor";
+    if (name == "BM_Request0" || name.rfind("BM_Request8/", 0) == 0) return "BM_Request8Floor";
+    return {};
+}
+
+// Passes every report on to the display and keeps each benchmark's CPU time:
+// its median when there are repetitions, else its one run.
+class FloorRatios final : public benchmark::BenchmarkReporter {
+public:
+    explicit FloorRatios(benchmark::BenchmarkReporter& display) : display_(display) {}
+
+    bool ReportContext(const Context& context) override { return display_.ReportContext(context); }
+
+    void ReportRuns(const std::vector<Run>& runs) override {
+        display_.ReportRuns(runs);
+        for (const Run& run : runs) {
+            if (run.error_occurred) continue;
+            const std::string name = run.run_name.str();
+            if (run.run_type == Run::RT_Aggregate && run.aggregate_name == "median")
+                medians_[name] = run.GetAdjustedCPUTime();
+            else if (run.run_type == Run::RT_Iteration)
+                singles_[name] = run.GetAdjustedCPUTime();
+        }
+    }
+
+    void Finalize() override { display_.Finalize(); }
+
+    void PrintRatios() const {
+        const auto& times = medians_.empty() ? singles_ : medians_;
+        bool header = false;
+        for (const auto& [name, time] : times) {
+            const auto floor = times.find(FloorOf(name));
+            if (floor == times.end() || floor->second <= 0.0) continue;
+            if (!header) std::fprintf(stderr, "\n%-36s %12s %12s %9s\n", "request", "cpu ns", "its floor", "vs floor");
+            header = true;
+            std::fprintf(stderr, "%-36s %12.0f %12.0f %9.2f\n", name.c_str(), time, floor->second,
+                         time / floor->second);
+        }
+    }
+
+private:
+    benchmark::BenchmarkReporter& display_;
+    std::map<std::string, double> medians_;
+    std::map<std::string, double> singles_;
+};
+
+}  // namespace
+}  // namespace quarnel::bench
+
+int main(int argc, char** argv) {
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
+    const std::unique_ptr<benchmark::BenchmarkReporter> display(benchmark::CreateDefaultDisplayReporter());
+    quarnel::bench::FloorRatios reporter(*display);
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+    reporter.PrintRatios();
+    benchmark::Shutdown();
+    return 0;
+}
