@@ -12,7 +12,7 @@ cd "$work"
 for tool in colprof targen fakeread profcheck iccdump; do
   command -v $tool >/dev/null || { echo "skipped: $tool (ArgyllCMS) is not installed"; exit 77; }
 done
-fail() { echo "FAILED: $*"; exit 1; }
+. "$(dirname "$0")/checks.sh"
 
 # PROFILE READINGS MEAN MAX: profcheck's CIEDE2000 figures within bounds.
 check() {

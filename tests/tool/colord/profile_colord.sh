@@ -9,7 +9,7 @@ work=$(mktemp -d) bus="" daemon=""
 stop() { [ -z "$1" ] || { kill "$1" 2>/dev/null; wait "$1" 2>/dev/null || true; }; }
 trap 'stop "$daemon"; stop "$bus"; rm -rf "$work"' EXIT
 skip() { echo "skipped: $*"; exit 77; }
-fail() { echo "FAILED: $*"; exit 1; }
+. "$(dirname "$0")/../checks.sh"
 
 colord=$(ls /usr/libexec/colord /usr/lib/colord/colord 2>/dev/null | head -1 || true)
 [ -n "$colord" ] || skip "colord is not installed"
@@ -73,14 +73,6 @@ q profile remove --device "$device" >/dev/null
 colormgr get-profiles | grep -q "$work/data" && fail "remove left the profile in colord"
 colormgr device-get-default-profile "$device" | grep -q "Filename" && fail "remove left a default profile"
 
-# CAUSE COMMAND...: exits 69 with one line, which names CAUSE.
-expect_unavailable() {
-  local cause=$1 status=0
-  shift
-  "$@" 2>"$work/err" || status=$?
-  [ $status -eq 69 ] && [ "$(wc -l <"$work/err")" -eq 1 ] && grep -q "$cause" "$work/err" ||
-    fail "$* exits $status: $(cat "$work/err")"
-}
 expect_unavailable "no device" q profile install native --device xrandr-no-such-display
 stop "$daemon"
 daemon=""

@@ -8,7 +8,7 @@ quarnel=$1 conf=$2 mode=(theater)
 work=$(mktemp -d) xorg=""
 trap '[ -z "$xorg" ] || kill "$xorg" 2>/dev/null; wait; rm -rf "$work"' EXIT
 skip() { echo "skipped: $*"; exit 77; }
-fail() { echo "FAILED: $*"; exit 1; }
+. "$(dirname "$0")/../checks.sh"
 
 command -v Xorg >/dev/null || skip "Xorg is not installed"
 command -v dispwin >/dev/null || skip "dispwin (ArgyllCMS) is not installed"
@@ -46,14 +46,6 @@ cmp <(head -1 "$work/mode.csv"; seq 0 255 | awk '{ v = $1 * 256; print $1 "," v 
 seq 0 255 | awk 'BEGIN { print "BEGIN_DATA" } { v = $1 / 255; print v, v, v, v } END { print "END_DATA" }' >"$work/identity.cal"
 same_cal "$work/identity.cal" || fail "reset does not fill the ramp up to 65535"
 
-# CAUSE COMMAND...: exits 69 with one line, which names CAUSE.
-expect_unavailable() {
-  local cause=$1 status=0
-  shift
-  "$@" 2>"$work/err" || status=$?
-  [ $status -eq 69 ] && [ "$(wc -l <"$work/err")" -eq 1 ] && grep -q "$cause" "$work/err" ||
-    fail "$* exits $status: $(cat "$work/err")"
-}
 expect_unavailable DISPLAY env -u DISPLAY "$quarnel" reset
 expect_unavailable NO-SUCH-OUTPUT "$quarnel" show --output NO-SUCH-OUTPUT
 # A ramp of the wrong size draws a protocol error from the server: one line and 69, not Xlib's report.
