@@ -7,6 +7,7 @@
 
 #include "core/half_up.h"
 #include "core/lut16.h"
+#include "core/wide_vectors.h"
 
 namespace quarnel {
 namespace {
@@ -24,6 +25,38 @@ void ApplyAndRecord(GainSolverState& state, const double gain[3], const uint16_t
     state.maxGain = std::max({gain[0], gain[1], gain[2]});
 }
 
+// One plane: half-up of the scaled level, kept inside the plane (an index
+// past either end reads the nearer end instead of memory outside the
+// table), worked out in a pass of its own, which vectorises. Where the first
+// and last levels stay within the plane (every gain of 0..1 on levels of
+// 0..255), so does every level, and half-up needs no guards. The lookups
+// read a local copy of the plane, which the output cannot share memory with,
+// so that no lookup waits on the stores before it.
+QUARNEL_KERNEL void ApplyToPlane(const double* levels, double g, const uint16_t* plane, uint16_t* out) {
+    std::array<int32_t, kLutLevels> index;
+    if (g >= 0.0 && levels[0] >= 0.0 && levels[kTopLevel] * g + 0.5 < kLutLevels) {
+        for (std::size_t i = 0; i < kLevels; ++i) index[i] = static_cast<int32_t>(levels[i] * g + 0.5);
+    } else {
+        for (std::size_t i = 0; i < kLevels; ++i) index[i] = HalfUpWithin(levels[i] * g, kTopLevel);
+    }
+    std::array<int32_t, kLutLevels> entries;
+    for (std::size_t i = 0; i < kLevels; ++i) entries[i] = plane[i];
+    for (std::size_t i = 0; i < kLevels; ++i)
+        out[i] = static_cast<uint16_t>(entries[static_cast<std::size_t>(index[i])]);
+}
+
+void ApplyToPlaneBaseline(const double* levels, double g, const uint16_t* plane, uint16_t* out) {
+    ApplyToPlane(levels, g, plane, out);
+}
+
+#ifdef QUARNEL_WIDE_VECTORS
+QUARNEL_WIDE void ApplyToPlaneWide(const double* levels, double g, const uint16_t* plane, uint16_t* out) {
+    ApplyToPlane(levels, g, plane, out);
+}
+#else
+constexpr auto ApplyToPlaneWide = ApplyToPlaneBaseline;
+#endif
+
 // `levels` are the input levels that the gains scale, entry by entry; they
 // rise from the first entry to the last.
 void Apply(const double* levels, const double gain[3], const uint16_t* src, uint16_t* dst) {
@@ -33,23 +66,8 @@ void Apply(const double* levels, const double gain[3], const uint16_t* src, uint
         std::copy(src, src + kLutEntries, base.begin());
         from = base.data();
     }
-    for (int c = 0; c < kLutPlanes; ++c) {
-        const uint16_t* plane = from + LutIndex(c, 0);
-        uint16_t* out = dst + LutIndex(c, 0);
-        const double g = gain[c];
-        // half-up of the scaled level, kept inside the plane: an index past
-        // either end reads the nearer end instead of memory outside the table.
-        // Worked out in a pass of its own, which vectorises. Where the first
-        // and last levels stay within the plane (every gain of 0..1 on levels
-        // of 0..255), so does every level, and half-up needs no guards.
-        std::array<int32_t, kLutLevels> index;
-        if (g >= 0.0 && levels[0] >= 0.0 && levels[kTopLevel] * g + 0.5 < kLutLevels) {
-            for (std::size_t i = 0; i < kLevels; ++i) index[i] = static_cast<int32_t>(levels[i] * g + 0.5);
-        } else {
-            for (std::size_t i = 0; i < kLevels; ++i) index[i] = HalfUpWithin(levels[i] * g, kTopLevel);
-        }
-        for (std::size_t i = 0; i < kLevels; ++i) out[i] = plane[index[i]];
-    }
+    const auto apply = WideVectorsAvailable() ? ApplyToPlaneWide : ApplyToPlaneBaseline;
+    for (int c = 0; c < kLutPlanes; ++c) apply(levels, gain[c], from + LutIndex(c, 0), dst + LutIndex(c, 0));
 }
 
 }  // namespace
