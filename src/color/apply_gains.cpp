@@ -8,6 +8,7 @@
 #include "core/half_up.h"
 #include "core/lut16.h"
 #include "core/wide_vectors.h"
+#include "platform/processor.h"
 
 namespace quarnel {
 namespace {
@@ -66,7 +67,7 @@ void Apply(const double* levels, const double gain[3], const uint16_t* src, uint
         std::copy(src, src + kLutEntries, base.begin());
         from = base.data();
     }
-    const auto apply = WideVectorsAvailable() ? ApplyToPlaneWide : ApplyToPlaneBaseline;
+    const auto apply = platform::ActiveProcessor().HasWideVectors() ? ApplyToPlaneWide : ApplyToPlaneBaseline;
     for (int c = 0; c < kLutPlanes; ++c) apply(levels, gain[c], from + LutIndex(c, 0), dst + LutIndex(c, 0));
 }
 

@@ -2,7 +2,7 @@
 #pragma once
 // The LUT loops are built twice on x86: for the baseline (16-byte SSE2
 // vectors, which every x86-64 processor has) and for 32-byte AVX2 vectors,
-// chosen once per process by what the processor offers. Both forms do the
+// chosen by what the processor offers (platform/processor.h). Both forms do the
 // same double arithmetic in the same order, so their results are identical
 // bit for bit; the wide form only does four lanes per instruction where the
 // baseline does two. The library is built without floating-point
@@ -23,20 +23,3 @@
 #else
 #define QUARNEL_KERNEL inline
 #endif
-
-namespace quarnel {
-
-// Whether this processor runs the wide form, asked once per process.
-inline bool WideVectorsAvailable() {
-#ifdef QUARNEL_WIDE_VECTORS
-    static const bool wide = [] {
-        __builtin_cpu_init();
-        return __builtin_cpu_supports("avx2") != 0;
-    }();
-    return wide;
-#else
-    return false;
-#endif
-}
-
-}  // namespace quarnel

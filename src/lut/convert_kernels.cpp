@@ -12,6 +12,7 @@
 #include "core/srgb.h"
 #include "core/wide_vectors.h"
 #include "lut/default_lut.h"
+#include "platform/processor.h"
 
 namespace quarnel::convert {
 namespace {
@@ -184,15 +185,15 @@ QUARNEL_WIDE void NvidiaWide(const uint16_t* in, float* out) { Nvidia(in, out); 
 QUARNEL_WIDE void IgclWide(const uint16_t* in, double* out) { Igcl(in, out); }
 #endif
 
-}  // namespace
-
-const Kernels kBaseline{SrgbLut16Baseline, NvidiaBaseline, IgclBaseline};
+constexpr Kernels kBaseline{SrgbLut16Baseline, NvidiaBaseline, IgclBaseline};
 #ifdef QUARNEL_WIDE_VECTORS
-const Kernels kWide{SrgbLut16Wide, NvidiaWide, IgclWide};
+constexpr Kernels kWide{SrgbLut16Wide, NvidiaWide, IgclWide};
 #else
-const Kernels kWide = kBaseline;
+constexpr Kernels kWide = kBaseline;
 #endif
 
-const Kernels& ActiveKernels() { return WideVectorsAvailable() ? kWide : kBaseline; }
+}  // namespace
+
+const Kernels& ActiveKernels() { return platform::ActiveProcessor().HasWideVectors() ? kWide : kBaseline; }
 
 }  // namespace quarnel::convert

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 // The numeric loops of the driver conversion, in both vector widths (see
-// core/wide_vectors.h). LutConvert picks one form per process; the tests
-// hold the two forms to each other.
+// core/wide_vectors.h).
 
 #include <cstdint>
 
@@ -16,10 +15,7 @@ struct Kernels {
     void (*igcl)(const uint16_t* inLut, double* outIgcl);
 };
 
-extern const Kernels kBaseline;
-extern const Kernels kWide;  // the baseline again where there is no wide form
-
-// The form this processor runs.
+// The form the processor in use runs.
 const Kernels& ActiveKernels();
 
 }  // namespace quarnel::convert

@@ -6,6 +6,7 @@
 #include "core/lut16.h"
 #include "core/wide_vectors.h"
 #include "lut/improve.h"
+#include "platform/processor.h"
 
 namespace quarnel {
 namespace {
@@ -67,7 +68,7 @@ constexpr auto InterpolateWide = InterpolateBaseline;
 
 void LutLinInterp8Bit(int step, uint16_t* plane) {
     if (step < 1 || step > kMaxStep) step = kDefaultStep;
-    (WideVectorsAvailable() ? InterpolateWide : InterpolateBaseline)(step, plane);
+    (platform::ActiveProcessor().HasWideVectors() ? InterpolateWide : InterpolateBaseline)(step, plane);
 }
 
 }  // namespace quarnel
