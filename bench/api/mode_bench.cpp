@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Request 1 from a creator's calibration file, requests 2 to 7 for every lut
-// api type and the VX modes 3 and 21, each against its floor in the same run:
+// Request 1 from a creator's calibration file, requests 2 to 7 and every VX
+// mode for every lut api type, each against its floor in the same run:
 // the floor of request 1 copies the arrays it writes, looks once for the
 // trace file, reads the file and prints the request's lines; the floor of a
 // LUT request copies the record's output arrays, looks once for the trace
@@ -144,6 +144,9 @@ void BM_Request(benchmark::State& state) {
     }
 }
 
+// VX modes 21 to 25 tone the LUT with the caller's curve.
+bool IsVxCurveMode(int32_t request) { return request <= -21 && request >= -25; }
+
 // A LUT request's lines, formatted from the same values each time: the
 // request (negative: VX mode), the lut api type, the block's interpolation
 // step and the record's scale.
@@ -161,7 +164,7 @@ void PrintLutLines(int32_t request, int32_t type, int step, double scale) {
     }
     std::printf("scale: %f, Scale TH: %f, nIndex: %d\n", scale, qcom ? 0.8 : 0.1, qcom ? 204 : 26);
     if (type == CCT_LUT_API_NVIDIA) std::printf("Run convert power lut with api type: %d\n", 1);
-    if (request == -21) std::printf("CCTAPI_VX (lut after LutConvert())\n");
+    if (IsVxCurveMode(request)) std::printf("CCTAPI_VX (lut after LutConvert())\n");
 }
 
 void BM_RequestFloor(benchmark::State& state) {
@@ -188,9 +191,8 @@ void BM_RequestFloor(benchmark::State& state) {
 
 void LutRequests(benchmark::internal::Benchmark* b) {
     b->ArgNames({"request", "type"});
-    for (int64_t request : {2, 3, 4, 5, 6, 7, -3, -21})
-        for (int64_t type = 0; type <= 5; ++type)
-            if (request > 0 || type == 0 || type == 2) b->Args({request, type});
+    for (int64_t request : {2, 3, 4, 5, 6, 7, -3, -26, -21, -22, -23, -24, -25})
+        for (int64_t type = 0; type <= 5; ++type) b->Args({request, type});
 }
 
 }  // namespace
