@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
 // LUT steps over seeded random panel curves: what each driver form gives
-// back, and brightness control at full scale.
+// back, brightness control at full scale, and the division-free quotient
+// by the full scale.
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <random>
 #include <vector>
 
+#include "core/full_scale.h"
 #include "core/lut16.h"
 #include "lut/bright_ctrl.h"
 #include "lut/convert.h"
@@ -65,6 +67,27 @@ TEST(LutProperty, DriverFormsGiveTheCurveBackAndFullScaleKeepsIt) {
                 ASSERT_NEAR(shown, At(lut, c, j * kTopLevelScale / kNvTopScale), 4.0 / kTopLevel) << j;
             }
     }
+}
+
+// Every 16-bit entry, and values between entries with every kind of
+// fraction, come out as the division rounds them.
+TEST(LutProperty, DivisionFreeQuotientIsTheDivisionsBitForBit) {
+    std::mt19937_64 rng(7);
+    std::uniform_int_distribution<int> entry(0, 65535);
+    std::uniform_real_distribution<double> fraction(0.0, 1.0);
+    std::vector<double> xs;
+    for (int x = 0; x <= 65535; ++x) xs.push_back(x);
+    for (int n = 0; n < 1000000; ++n) {
+        const double a = entry(rng), b = entry(rng);
+        xs.push_back(a + (b - a) * fraction(rng));
+    }
+    int wrong = 0;
+    for (double x : xs) {
+        double q = x;
+        DivideByFullScale(q);
+        wrong += q != x / kLutFullScale;
+    }
+    EXPECT_EQ(wrong, 0);
 }
 
 }  // namespace

@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+// Where the driver conversion reads: fixed for every table, so worked out
+// once per process.
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+#include "core/constants.h"
+#include "core/lut16.h"
+#include "lut/level_vectors.h"
+
+namespace quarnel::convert {
+
+// Level i of the sRGB re-sampling reads the level at or below the encoded
+// level and the one above it, f of the way between them. The encoded level
+// lies within 0..255; where it is whole or clamped at the top, f is 0 and the
+// level above (or the zero padding above the top) adds nothing.
+struct SrgbTaps {
+    std::array<uint8_t, kLutLevels> lo;
+    std::array<double, kLutLevels> f;
+};
+
+// Point j of the post-gamma array reads the normalised level at or below
+// q = j x 255 / 1023 (in single precision) and f[j] of the way to the next.
+// The points of level k are first[k] up to first[k + 1]: four of them, five
+// for levels 0, 85 and 170, and one (the last point) for the top level.
+//
+// A level's first four points are twelve floats, red, green and blue in
+// turn, written as three vectors: (r0 g0 b0 r1), (g1 b1 r2 g2) and
+// (b2 r3 g3 b3). `spread` holds their fractions in that order, three vectors
+// per level below the top; `fifth` lists the levels with a fifth point.
+inline constexpr std::size_t kRotations = 3;
+
+struct NvTaps {
+    std::array<uint16_t, kLutLevels + 1> first;
+    std::array<double, kNvPoints> f;
+    std::array<Level, kRotations * kTopLevel> spread;
+    std::array<uint8_t, kLutLevels> fifth;
+    std::size_t fifthCount;
+};
+
+const SrgbTaps& Srgb();
+const NvTaps& Nv();
+
+// The sRGB decoding of the identity float ramp, decoded in double and stored
+// as float: the pre-gamma array of every NVIDIA table.
+const std::array<float, kNvFloatsPerArray>& NvPreGamma();
+
+}  // namespace quarnel::convert
