@@ -15,11 +15,15 @@ constexpr int32_t kUnknownKind = 1;
 // Half-up of entry / 65280 x 255 in double, held at 255. The quotient is
 // entry / 256 but for rounding in its last place, which never carries it
 // across a half: for every one of the 65536 entries the result is the whole
-// part of (entry + 128) / 256, which the loops compute in integers.
-int32_t ScaledIndex(uint16_t entry) { return std::min((entry + kLutStep / 2) >> 8, kTopLevel); }
+// part of (entry + 128) / 256: the high byte, plus one where the low byte
+// is 128 or more, which the loops compute in 16-bit lanes.
+uint16_t ScaledIndex(uint16_t entry) {
+    const auto rounded = static_cast<uint16_t>((entry >> 8) + ((entry >> 7) & 1));
+    return std::min<uint16_t>(rounded, kTopLevel);
+}
 
-int32_t MapIndex(uint32_t kind, uint16_t entry) {
-    return kind != kComposeDirect ? ScaledIndex(entry) : std::min<int32_t>(entry, kTopLevel);
+uint16_t MapIndex(uint32_t kind, uint16_t entry) {
+    return kind != kComposeDirect ? ScaledIndex(entry) : std::min<uint16_t>(entry, kTopLevel);
 }
 
 // Whether writing `out` could change entries of `base` still to be read.
@@ -42,11 +46,14 @@ int32_t ComposeLut(uint32_t kind, const uint16_t* map, const uint16_t* base, uin
         return kUnknownKind;
     }
     for (int c = 0; c < kLutPlanes; ++c) {
-        const uint16_t* from = source + LutIndex(c, 0);
         const uint16_t* to = map + LutIndex(c, 0);
-        std::array<int32_t, kLutLevels> index;  // a pass of its own, which vectorises
-        for (std::size_t i = 0; i < index.size(); ++i) index[i] = MapIndex(kind, to[i]);
-        for (std::size_t i = 0; i < index.size(); ++i) out[LutIndex(c, 0) + i] = from[index[i]];
+        // Worked out in a pass of its own, which vectorises; each index
+        // points into the whole table, so the lookups need no plane offset.
+        const auto offset = static_cast<uint16_t>(LutIndex(c, 0));
+        std::array<uint16_t, kLutLevels> index;
+        for (std::size_t i = 0; i < index.size(); ++i) index[i] = static_cast<uint16_t>(offset + MapIndex(kind, to[i]));
+#pragma GCC unroll 8
+        for (std::size_t i = 0; i < index.size(); ++i) out[LutIndex(c, 0) + i] = source[index[i]];
     }
     return 0;
 }
