@@ -39,13 +39,35 @@ inline void ProbeTraceFile() {
     if (probe != nullptr) std::fclose(probe);
 }
 
-// Copies every output array of `from` into `to`, as a request that fills
-// them all at memory speed would.
-inline void CopyOutputs(const CctContext& from, CctContext& to) {
-    std::memcpy(to.outLut, from.outLut, sizeof(from.outLut));
-    std::memcpy(to.outIgcl, from.outIgcl, sizeof(from.outIgcl));
-    std::memcpy(to.outNvPreGamma, from.outNvPreGamma, sizeof(from.outNvPreGamma));
-    std::memcpy(to.outNvPostGamma, from.outNvPostGamma, sizeof(from.outNvPostGamma));
+// The output arrays a request writes.
+struct Outputs {
+    bool lut = false;     // outLut
+    bool igcl = false;    // outIgcl
+    bool floats = false;  // outNvPreGamma and outNvPostGamma
+};
+
+// CCTAPI starts every call but request 0's early answer by filling both
+// float arrays with the identity ramps, except where the request writes them
+// itself (requests 2 to 8 for the NVIDIA driver); CCTAPI_VX leaves them as
+// they are unless it converts for the NVIDIA driver. Every LUT request
+// builds outLut; the IGCL driver also takes outIgcl.
+inline Outputs LutRequestOutputs(bool vx, int32_t type) {
+    return {true, type == CCT_LUT_API_IGCL, !vx || type == CCT_LUT_API_NVIDIA};
+}
+
+// Request 8 writes the neutral table in the driver's form: the float ramps
+// alone for the NVIDIA driver, outLut (and outIgcl for IGCL) for the rest.
+inline Outputs NativeModeOutputs(int32_t type) { return {type != CCT_LUT_API_NVIDIA, type == CCT_LUT_API_IGCL, true}; }
+
+// Copies the arrays a request writes from `from` into `to`, as a request
+// that filled them at memory speed would.
+inline void CopyOutputs(const CctContext& from, CctContext& to, Outputs which) {
+    if (which.lut) std::memcpy(to.outLut, from.outLut, sizeof(from.outLut));
+    if (which.igcl) std::memcpy(to.outIgcl, from.outIgcl, sizeof(from.outIgcl));
+    if (which.floats) {
+        std::memcpy(to.outNvPreGamma, from.outNvPreGamma, sizeof(from.outNvPreGamma));
+        std::memcpy(to.outNvPostGamma, from.outNvPostGamma, sizeof(from.outNvPostGamma));
+    }
 }
 
 // Copies the arrays that request 1 writes: the identity float ramps every

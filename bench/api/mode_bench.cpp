@@ -3,7 +3,7 @@
 // mode for every lut api type, each against its floor in the same run:
 // the floor of request 1 copies the arrays it writes, looks once for the
 // trace file, reads the file and prints the request's lines; the floor of a
-// LUT request copies the record's output arrays, looks once for the trace
+// LUT request copies the output arrays it writes, looks once for the trace
 // file, reads the block for its interpolation step and prints the request's
 // lines.
 
@@ -174,6 +174,7 @@ void BM_RequestFloor(benchmark::State& state) {
     auto ctx = std::make_unique<CctContext>(*init);
     const std::string lines = PrintedBy([&] { Run(request, ctx.get()); });
     const auto result = std::make_unique<CctContext>(*ctx);
+    const Outputs written = LutRequestOutputs(request < 0, type);
     uint8_t block[512];
     ReadBlock(block);
     if (lines != PrintedBy([&] { PrintLutLines(request, type, block[297], ctx->lutDcModeScale); }))
@@ -181,7 +182,7 @@ void BM_RequestFloor(benchmark::State& state) {
     if (!TraceFileAbsent(state)) return;
     QuietStdout quiet;
     for (auto _ : state) {
-        CopyOutputs(*result, *ctx);
+        CopyOutputs(*result, *ctx, written);
         ProbeTraceFile();
         ReadBlock(block);  // a version-7 panel's LUT takes its interpolation step from the block
         PrintLutLines(request, type, block[297], ctx->lutDcModeScale);
