@@ -3,6 +3,7 @@
 // at the slider position. Unlike CCTAPI it keeps the trace log, the float
 // ramps, the warning word and iccType as they are.
 
+#include <charconv>
 #include <cstring>
 
 #include "api/entry_points.h"
@@ -29,8 +30,9 @@ void EmitWide(const char* text) {
 
 int32_t RunCurveMode(CctContext& ctx, int32_t mode, const uint16_t* vxInput) {
     char name[kNameSize] = "; VOK: CCTAPI_VX_MODE_";
+    // The mode as "%d" writes it, bounded to three digits; a curve mode has two.
     char digits[kModeDigits] = {};
-    FormatBounded(digits, sizeof digits, "%d", mode);
+    std::to_chars(digits, digits + kModeDigits - 1, mode);
     std::strncat(name, digits, kNameSize - std::strlen(name) - 1);
     EmitWide(name);
     GetVxModeLut(ctx, vxInput);

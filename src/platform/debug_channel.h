@@ -2,8 +2,6 @@
 #pragma once
 // The debugger channel: where the library's wide Enter/Exit messages go.
 
-#include <string_view>
-
 #include "platform/seam.h"
 
 namespace quarnel::platform {
@@ -11,7 +9,9 @@ namespace quarnel::platform {
 class DebugChannel {
 public:
     virtual ~DebugChannel() = default;
-    virtual void Write(std::wstring_view text) = 0;
+    // `text` ends at its NUL; a channel nobody listens to need not look
+    // further than the pointer.
+    virtual void Write(const wchar_t* text) = 0;
 };
 
 // The channel in use: the system debugger on Windows, standard error (when

@@ -20,7 +20,7 @@ namespace {
 class FailingChannels final : public platform::DebugChannel, public platform::StandardOutput {
 public:
     explicit FailingChannels(bool debugger) : debugger_(debugger), debug_(*this), output_(*this) {}
-    void Write(std::wstring_view) override {
+    void Write(const wchar_t*) override {
         if (debugger_) throw std::runtime_error("debugger channel failed");
     }
     int Print(const char*, std::va_list) override { throw std::bad_alloc(); }

@@ -15,7 +15,7 @@ namespace quarnel::test {
 // Records every wide debugger message while it lives.
 class DebugCapture final : public platform::DebugChannel {
 public:
-    void Write(std::wstring_view text) override { messages_.emplace_back(text); }
+    void Write(const wchar_t* text) override { messages_.emplace_back(text); }
     const std::vector<std::wstring>& messages() const { return messages_; }
     std::wstring joined() const {
         std::wstring all;

@@ -21,7 +21,7 @@ bool DebugRequested() {
 // messages each.
 class StderrDebugChannel final : public DebugChannel {
 public:
-    void Write(std::wstring_view text) override {
+    void Write(const wchar_t* text) override {
         if (!enabled_) return;
         const std::string utf8 = ToUtf8(text);
         std::fwrite(utf8.data(), 1, utf8.size(), stderr);

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <windows.h>
 
-#include <string>
-
 #include "platform/debug_channel.h"
 
 namespace quarnel::platform {
@@ -10,10 +8,7 @@ namespace {
 
 class SystemDebuggerChannel final : public DebugChannel {
 public:
-    void Write(std::wstring_view text) override {
-        const std::wstring terminated(text);
-        OutputDebugStringW(terminated.c_str());
-    }
+    void Write(const wchar_t* text) override { OutputDebugStringW(text); }
 };
 
 }  // namespace
