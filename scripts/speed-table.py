@@ -34,10 +34,10 @@ def main(path):
     print("| benchmark            | time    | its floor | vs floor |")
     print("|----------------------|---------|-----------|----------|")
     r0, f0 = t["BM_Request0"], t["BM_Request0Floor"]
-    print(f"| request 0            | {r0:.0f} ns | {f0:.0f} ns | {r0 / f0:.2f}     |")
+    print(f"| request 0            | {r0:.0f} ns | {f0:.0f} ns   | {r0 / f0:.2f}     |")
     for ty in TYPES:
         v, f = t[f"BM_Request8/{ty}"], t[f"BM_Request8Floor/{ty}"]
-        print(f"| request 8, type {ty}    | {v:.0f} ns | {f:.0f} ns | {v / f:.2f}     |")
+        print(f"| request 8, type {ty}    | {v:.0f} ns | {f:.0f} ns   | {v / f:.2f}     |")
     print()
     print("| request            | type 0  | its floor | " + " | ".join(f"{ty}   " for ty in TYPES) + " |")
     print("|--------------------|---------|-----------|" + "|".join("------" for _ in TYPES) + "|")
