@@ -29,8 +29,7 @@ QUARNEL_KERNEL void ToLevels(const uint16_t* in, Level* levels) {
 }
 
 // Level i re-sampled through the sRGB encoding: a + (b - a) x f, b the level
-// above a. Level i reads levels at or above i (the encoding lies above the
-// identity), so the re-sampling can overwrite the levels in order.
+// above a.
 QUARNEL_KERNEL void Resample(const SrgbTaps& t, const Level* source, std::size_t i, Level& out) {
     const Level a = source[t.lo[i]];
     const Level b = source[t.lo[i] + 1];
@@ -51,14 +50,16 @@ QUARNEL_KERNEL void SrgbLut16(const uint16_t* inLut, uint16_t* outLut) {
     }
 }
 
-// The re-sampled levels over the full scale, in place.
-QUARNEL_KERNEL void Normalise(Level* levels) {
+// The re-sampled levels over the full scale. The top level reads the level
+// below it (its encoded level comes out a hair under 255), so the source
+// stays as it is until every level is done.
+QUARNEL_KERNEL void Normalise(const Level* source, Level* normalised) {
     const SrgbTaps& taps = Srgb();
     for (std::size_t i = 0; i < kLevels; ++i) {
         Level v;
-        Resample(taps, levels, i, v);
+        Resample(taps, source, i, v);
         DivideByFullScale(v);
-        levels[i] = v;
+        normalised[i] = v;
     }
 }
 
@@ -102,9 +103,10 @@ QUARNEL_KERNEL void PostGammaPoint(const Level* normalised, std::size_t k, std::
 // 1024 post-gamma points; the pre-gamma array is the fixed decoding ramp.
 // Above the top the level repeats, so the last point adds a zero rise.
 QUARNEL_KERNEL void Nvidia(const uint16_t* inLut, float* outNv) {
+    Level source[kLevels + 1];
+    ToLevels(inLut, source);
     Level levels[kLevels + 1];
-    ToLevels(inLut, levels);
-    Normalise(levels);
+    Normalise(source, levels);
     levels[kLevels] = levels[kTopLevel];
 
     std::memcpy(outNv, NvPreGamma().data(), sizeof(float) * kNvFloatsPerArray);
