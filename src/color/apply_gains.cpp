@@ -50,13 +50,9 @@ void ApplyToPlaneBaseline(const double* levels, double g, const uint16_t* plane,
     ApplyToPlane(levels, g, plane, out);
 }
 
-#ifdef QUARNEL_WIDE_VECTORS
 QUARNEL_WIDE void ApplyToPlaneWide(const double* levels, double g, const uint16_t* plane, uint16_t* out) {
     ApplyToPlane(levels, g, plane, out);
 }
-#else
-constexpr auto ApplyToPlaneWide = ApplyToPlaneBaseline;
-#endif
 
 // `levels` are the input levels that the gains scale, entry by entry; they
 // rise from the first entry to the last.
@@ -67,7 +63,7 @@ void Apply(const double* levels, const double gain[3], const uint16_t* src, uint
         std::copy(src, src + kLutEntries, base.begin());
         from = base.data();
     }
-    const auto apply = platform::ActiveProcessor().HasWideVectors() ? ApplyToPlaneWide : ApplyToPlaneBaseline;
+    const auto apply = platform::ActiveForm(ApplyToPlaneBaseline, ApplyToPlaneWide);
     for (int c = 0; c < kLutPlanes; ++c) apply(levels, gain[c], from + LutIndex(c, 0), dst + LutIndex(c, 0));
 }
 

@@ -28,8 +28,8 @@ namespace quarnel {
 template <typename T>
 QUARNEL_KERNEL void DivideByFullScale(T& x) {
     constexpr double kInverse = 1.0 / kLutFullScale;
-    constexpr double kAbove = 65536.0;  // the full scale plus one step
     constexpr double kStep = kLutStep;
+    constexpr double kAbove = kLutFullScale + kStep;  // 65536
     const T q = x * kInverse;
     const T e = (x - q * kAbove) + q * kStep;
     x = q + e * kInverse;

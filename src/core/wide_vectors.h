@@ -11,6 +11,7 @@
 #if defined(__GNUC__) && (defined(__x86_64__) || defined(__i386__))
 #define QUARNEL_WIDE_VECTORS 1
 // Marks the wide form of a loop; its body is the shared kernel, inlined.
+// Elsewhere the wide form is built like the baseline and never chosen.
 #define QUARNEL_WIDE [[gnu::target("avx2")]]
 #else
 #define QUARNEL_WIDE

@@ -130,21 +130,15 @@ void SrgbLut16Baseline(const uint16_t* in, uint16_t* out) { SrgbLut16(in, out); 
 void NvidiaBaseline(const uint16_t* in, float* out) { Nvidia(in, out); }
 void IgclBaseline(const uint16_t* in, double* out) { Igcl(in, out); }
 
-#ifdef QUARNEL_WIDE_VECTORS
 QUARNEL_WIDE void SrgbLut16Wide(const uint16_t* in, uint16_t* out) { SrgbLut16(in, out); }
 QUARNEL_WIDE void NvidiaWide(const uint16_t* in, float* out) { Nvidia(in, out); }
 QUARNEL_WIDE void IgclWide(const uint16_t* in, double* out) { Igcl(in, out); }
-#endif
 
 constexpr Kernels kBaseline{SrgbLut16Baseline, NvidiaBaseline, IgclBaseline};
-#ifdef QUARNEL_WIDE_VECTORS
 constexpr Kernels kWide{SrgbLut16Wide, NvidiaWide, IgclWide};
-#else
-constexpr Kernels kWide = kBaseline;
-#endif
 
 }  // namespace
 
-const Kernels& ActiveKernels() { return platform::ActiveProcessor().HasWideVectors() ? kWide : kBaseline; }
+const Kernels& ActiveKernels() { return *platform::ActiveForm(&kBaseline, &kWide); }
 
 }  // namespace quarnel::convert

@@ -58,17 +58,13 @@ QUARNEL_KERNEL void Interpolate(int step, uint16_t* plane) {
 
 void InterpolateBaseline(int step, uint16_t* plane) { Interpolate(step, plane); }
 
-#ifdef QUARNEL_WIDE_VECTORS
 QUARNEL_WIDE void InterpolateWide(int step, uint16_t* plane) { Interpolate(step, plane); }
-#else
-constexpr auto InterpolateWide = InterpolateBaseline;
-#endif
 
 }  // namespace
 
 void LutLinInterp8Bit(int step, uint16_t* plane) {
     if (step < 1 || step > kMaxStep) step = kDefaultStep;
-    (platform::ActiveProcessor().HasWideVectors() ? InterpolateWide : InterpolateBaseline)(step, plane);
+    platform::ActiveForm(InterpolateBaseline, InterpolateWide)(step, plane);
 }
 
 }  // namespace quarnel

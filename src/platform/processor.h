@@ -16,6 +16,12 @@ public:
 // test has put its own in place.
 const Processor& ActiveProcessor();
 
+// `wide` where the processor in use runs the wide form, else `baseline`.
+template <typename Form>
+Form ActiveForm(Form baseline, Form wide) {
+    return ActiveProcessor().HasWideVectors() ? wide : baseline;
+}
+
 // Test seam: a processor that offers, or withholds, the wide form.
 using ScopedProcessor = ScopedOverride<const Processor>;
 
