@@ -4,7 +4,6 @@
 // processor that offers the wide form and once on one that withholds it.
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <random>
 #include <vector>
 
@@ -37,10 +36,13 @@ std::vector<unsigned char> RunOn(bool wide, Step step) {
     return step();
 }
 
-template <typename T>
-std::vector<unsigned char> Bytes(const T* data, std::size_t count) {
-    std::vector<unsigned char> bytes(count * sizeof(T));
-    std::memcpy(bytes.data(), data, bytes.size());
+// The arrays' bytes, one after another.
+template <typename... Arrays>
+std::vector<unsigned char> Bytes(const Arrays&... arrays) {
+    std::vector<unsigned char> bytes;
+    (bytes.insert(bytes.end(), reinterpret_cast<const unsigned char*>(arrays.data()),
+                  reinterpret_cast<const unsigned char*>(arrays.data() + arrays.size())),
+     ...);
     return bytes;
 }
 
@@ -75,12 +77,7 @@ TEST(WideForms, EveryStepGivesTheBaselineBitForBit) {
                     std::vector<double> igcl(kLutEntries);
                     std::vector<float> nv(2 * kNvFloatsPerArray);
                     LutConvert(type, in.data(), out.data(), kLutLevels, igcl.data(), kLutLevels, nv.data(), kNvPoints);
-                    auto bytes = Bytes(out.data(), out.size());
-                    const auto more = Bytes(igcl.data(), igcl.size());
-                    const auto floats = Bytes(nv.data(), nv.size());
-                    bytes.insert(bytes.end(), more.begin(), more.end());
-                    bytes.insert(bytes.end(), floats.begin(), floats.end());
-                    return bytes;
+                    return Bytes(out, igcl, nv);
                 };
                 ASSERT_EQ(RunOn(true, convert), RunOn(false, convert))
                     << "lut api type " << type << ", round " << round;
@@ -89,14 +86,14 @@ TEST(WideForms, EveryStepGivesTheBaselineBitForBit) {
             const auto interpolate = [&] {
                 Lut16 lut = in;
                 LutLinInterp8Bit(s, lut.data());
-                return Bytes(lut.data(), kLutLevels);
+                return Bytes(lut);
             };
             ASSERT_EQ(RunOn(true, interpolate), RunOn(false, interpolate)) << "step " << s << ", round " << round;
             const double gains[3] = {gain(rng), gain(rng), round % 2 == 0 ? 1.0 : gain(rng)};
             const auto apply = [&] {
                 Lut16 out{};
                 ApplyGainsToLut(in.data(), gains, out.data());
-                return Bytes(out.data(), out.size());
+                return Bytes(out);
             };
             ASSERT_EQ(RunOn(true, apply), RunOn(false, apply))
                 << "gains " << gains[0] << ", " << gains[1] << ", round " << round;
