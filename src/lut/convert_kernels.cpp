@@ -63,21 +63,28 @@ QUARNEL_KERNEL void Normalise(const Level* source, Level* normalised) {
     }
 }
 
+// A level's lanes in the three orders of the points' twelve floats:
+// (r g b r), (g b r g) and (b r g b).
+// (Written out through references: a 32-byte vector passed by value would
+// change the calling convention of the baseline form.)
+QUARNEL_KERNEL void Rotate(const Level& v, Level& fromRed, Level& fromGreen, Level& fromBlue) {
+    fromRed = __builtin_shufflevector(v, v, 0, 1, 2, 0);
+    fromGreen = __builtin_shufflevector(v, v, 1, 2, 0, 1);
+    fromBlue = __builtin_shufflevector(v, v, 2, 0, 1, 2);
+}
+
 // Point j of level k: a + (b - a) x f[j], b the level above, as floats. The
 // lanes of a, b and f are placed for the points' twelve floats (see
 // NvTaps), and each level's rotations of b are the next level's rotations
 // of a.
 QUARNEL_KERNEL void PostGamma(const Level* normalised, float* post) {
-    constexpr LevelLanes kFromRed{0, 1, 2, 0}, kFromGreen{1, 2, 0, 1}, kFromBlue{2, 0, 1, 2};
     const NvTaps& t = Nv();
-    Level a0 = __builtin_shuffle(normalised[0], kFromRed);
-    Level a1 = __builtin_shuffle(normalised[0], kFromGreen);
-    Level a2 = __builtin_shuffle(normalised[0], kFromBlue);
+    Level a0, a1, a2;
+    Rotate(normalised[0], a0, a1, a2);
 #pragma GCC unroll 5
     for (std::size_t k = 0; k < kTopLevel; ++k) {
-        const Level b0 = __builtin_shuffle(normalised[k + 1], kFromRed);
-        const Level b1 = __builtin_shuffle(normalised[k + 1], kFromGreen);
-        const Level b2 = __builtin_shuffle(normalised[k + 1], kFromBlue);
+        Level b0, b1, b2;
+        Rotate(normalised[k + 1], b0, b1, b2);
         const Level* f = &t.spread[kRotations * k];
         const LevelFloats p0 = __builtin_convertvector(a0 + (b0 - a0) * f[0], LevelFloats);
         const LevelFloats p1 = __builtin_convertvector(a1 + (b1 - a1) * f[1], LevelFloats);

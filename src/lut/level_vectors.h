@@ -15,6 +15,5 @@ inline constexpr std::size_t kLanes = 4;
 using Level = double __attribute__((vector_size(kLanes * sizeof(double))));
 using LevelFloats = float __attribute__((vector_size(kLanes * sizeof(float))));
 using LevelInts = int32_t __attribute__((vector_size(kLanes * sizeof(int32_t))));
-using LevelLanes = int64_t __attribute__((vector_size(kLanes * sizeof(int64_t))));
 
 }  // namespace quarnel::convert
