@@ -12,6 +12,10 @@ namespace quarnel {
 
 void ImproveLut(const CctContext& ctx, uint16_t* lut) { LutImprove(ctx.biosVer, SourceOf(ctx), lut, FetchStepByte); }
 
+void ImproveLut(const CctContext& ctx, const PendingLut& pending, uint16_t* lut) {
+    LutImprove(ctx.biosVer, SourceOf(ctx), pending, lut, FetchStepByte);
+}
+
 void BrightenOutLut(CctContext& ctx) {
     LutBrightCtrl(&ctx.outLut[0][0], static_cast<uint32_t>(ctx.lutApiType), ctx.lutDcModeScale);
 }

@@ -6,6 +6,7 @@
 #include <cstdint>
 
 #include "core/calibration_source.h"
+#include "lut/improve.h"
 #include "quarnel/cctapi.h"
 
 namespace quarnel {
@@ -17,6 +18,9 @@ int32_t FetchStepByte(const CalibrationSource& source, uint8_t& step);
 // LutImprove with the step read from the calibration source; its result is
 // not looked at.
 void ImproveLut(const CctContext& ctx, uint16_t* lut);
+
+// The same for the table `pending` stands for, written into `lut`.
+void ImproveLut(const CctContext& ctx, const PendingLut& pending, uint16_t* lut);
 
 // LutBrightCtrl on outLut with the context's driver type and scale.
 void BrightenOutLut(CctContext& ctx);

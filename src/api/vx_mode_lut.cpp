@@ -2,8 +2,8 @@
 #include "api/vx_mode_lut.h"
 
 #include "api/context_values.h"
+#include "api/gained_lut.h"
 #include "api/pipeline_steps.h"
-#include "color/apply_gains.h"
 #include "color/slider.h"
 #include "core/lut16.h"
 #include "diag/debug.h"
@@ -14,12 +14,11 @@ namespace quarnel {
 
 void GetVxModeLut(CctContext& ctx, const uint16_t* curve) {
     DebugPrint("; VOK: GetVxModeLut()\n");
-    const GainTriple gains = SliderGains(ctx.interval, GainsOf(ctx));
-    Lut16 working;
-    ApplyGainsToLut(BaseLut(ctx), gains.data(), working.data());
+    const GainedLut gained(LevelValues().data(), SliderGains(ctx.interval, GainsOf(ctx)), BaseLut(ctx));
     // outLut still holds the previous result here, and that is what this dump shows.
     DumpLut(&ctx, "VX Mode (before improve lut)");
-    ImproveLut(ctx, working.data());
+    Lut16 working;
+    ImproveLut(ctx, gained, working.data());
     ComposeLut(kComposeScaled, curve, working.data(), &ctx.outLut[0][0]);
 }
 

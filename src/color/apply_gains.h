@@ -19,6 +19,10 @@ void ApplyGainsToLut(const uint16_t* src, const double gain[3], uint16_t* dst);
 // levels must rise from level[0] to level[255].
 void ApplyGainsAtLevels(const double level[256], const double gain[3], const uint16_t* src, uint16_t* dst);
 
+// One entry of what ApplyGainsAtLevels writes: plane[half-up(level x
+// gain)], held inside the plane likewise.
+uint16_t GainedEntry(const uint16_t* plane, double level, double gain);
+
 // Applies (1 - t) x a + t x b to `src` into `dst` and leaves the largest of
 // the three gains in state.maxGain. A t outside 0..1 (or not a number) is
 // clamped to the nearer bound (0 for not a number) and sets 0x20000. Sets

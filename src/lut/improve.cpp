@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "lut/improve.h"
 
+#include <algorithm>
+
 #include "diag/debug.h"
 
 namespace quarnel {
@@ -38,16 +40,30 @@ bool FetchStep(const CalibrationSource& source, StepByteFetch fetch, uint8_t& st
     return true;
 }
 
-// Interpolates every channel at the fetched step, in place; leaves the LUT
-// untouched when the step could not be fetched.
-void Interpolate(const CalibrationSource& source, StepByteFetch fetch, uint16_t* lut) {
+// The table in `lut` itself, improved in place.
+class InPlaceLut final : public PendingLut {
+public:
+    explicit InPlaceLut(const uint16_t* lut) : lut_(lut) {}
+    uint16_t Entry(int channel, int level) const override { return lut_[LutIndex(channel, level)]; }
+    void Fill(uint16_t* lut) const override {
+        if (lut != lut_) std::copy_n(lut_, kLutEntries, lut);
+    }
+
+private:
+    const uint16_t* lut_;
+};
+
+// Interpolates every channel at the fetched step; leaves the table as it is
+// when the step could not be fetched.
+void Interpolate(const CalibrationSource& source, StepByteFetch fetch, const PendingLut& from, uint16_t* lut) {
     uint8_t step = 0;
     if (!FetchStep(source, fetch, step)) {
         DebugPrint("GetBIOSData() failed!!!\n");
+        from.Fill(lut);
         return;
     }
     DebugPrint("; VOK: Get bios[%d]: %d\n ", kBlockStepByte, step);
-    for (int c = 0; c < kLutPlanes; ++c) LutLinInterp8Bit(step, lut + LutIndex(c, 0));
+    for (int c = 0; c < kLutPlanes; ++c) LutLinInterp8Bit(step, from, c, lut + LutIndex(c, 0));
 }
 
 void Smooth(uint16_t* lut) {
@@ -62,14 +78,21 @@ void Smooth(uint16_t* lut) {
 
 }  // namespace
 
+int32_t LutImprove(int32_t biosVer, const CalibrationSource& source, uint16_t* lut, StepByteFetch fetch) {
+    return LutImprove(biosVer, source, InPlaceLut(lut), lut, fetch);
+}
+
 // Failures are reported by message only: the LUT is written only once a step
 // is sure to succeed, and the result is 0 either way.
-int32_t LutImprove(int32_t biosVer, const CalibrationSource& source, uint16_t* lut, StepByteFetch fetch) {
+int32_t LutImprove(int32_t biosVer, const CalibrationSource& source, const PendingLut& pending, uint16_t* lut,
+                   StepByteFetch fetch) {
     DebugMessage(L"; VOK: ##Enter LutImprove()##\n");
-    if (biosVer == kVersionWithStep)
-        Interpolate(source, fetch, lut);
-    else
+    if (biosVer == kVersionWithStep) {
+        Interpolate(source, fetch, pending, lut);
+    } else {
+        pending.Fill(lut);
         Smooth(lut);
+    }
     return 0;
 }
 

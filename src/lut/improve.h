@@ -34,11 +34,31 @@ struct Lut8 {
 // Dark ends closer to the identity than this are left as they are.
 inline constexpr int SMOOTH_LEVEL_MIN = 30;
 
+// A table not yet written out: worked out entry by entry from what it is
+// made of (a base LUT under gains, say). The step interpolation reads only
+// the few entries at its segment ends before it writes every entry anew, so
+// such a table is worked out whole only where a step reads it whole.
+class PendingLut {
+public:
+    // Entry `level` of plane `channel`.
+    virtual uint16_t Entry(int channel, int level) const = 0;
+    // Every entry, into `lut`.
+    virtual void Fill(uint16_t* lut) const = 0;
+
+protected:
+    ~PendingLut() = default;
+};
+
 // Reduces `lut` to 8 bits and either interpolates it at the step fetched from
 // `source` (calibration data version `biosVer` 7) or smooths its dark end;
 // writes it back x 256 on success and leaves it untouched on any failure.
 // Always returns 0.
 int32_t LutImprove(int32_t biosVer, const CalibrationSource& source, uint16_t* lut, StepByteFetch fetch);
+
+// The same for the table `pending` stands for, written into `lut`: the
+// improved table on success, the table itself on any failure.
+int32_t LutImprove(int32_t biosVer, const CalibrationSource& source, const PendingLut& pending, uint16_t* lut,
+                   StepByteFetch fetch);
 
 // Replaces each channel's dark end with a straight ramp when the curve near
 // black strays a little from the identity. 0, or 2 when a channel offers no
@@ -51,5 +71,8 @@ int32_t LutSmooth8Bit(const Lut8& in, Lut8& out);
 // written back as its 8-bit level x 256. A step outside 1..64 is taken as 16.
 // It has no failure path.
 void LutLinInterp8Bit(int step, uint16_t* plane);
+
+// The same for plane `channel` of `from`, written into `plane`.
+void LutLinInterp8Bit(int step, const PendingLut& from, int channel, uint16_t* plane);
 
 }  // namespace quarnel

@@ -23,18 +23,33 @@ QUARNEL_KERNEL uint16_t Entry(int32_t level) { return static_cast<uint16_t>(leve
 // values out of range.
 QUARNEL_KERNEL int32_t LevelOnLine(double v) { return static_cast<int32_t>(v + 0.5); }
 
-// The channels are independent, so each is interpolated on its own plane,
-// where the points of a segment lie side by side and the loops vectorise.
-// The levels at the segment ends and the slopes between them are taken
-// first, before any point is written, so that no segment waits on the one
-// before it. Segment g runs from s = g x step up to (not including) its
-// end e, on the line from its start level: point s is that level itself.
-QUARNEL_KERNEL void Interpolate(int step, uint16_t* plane) {
+// The 8-bit levels that the interpolation of one plane reads: the high
+// bytes of entry 0, of every segment end (e = s + step, capped at 255) and of
+// entry 16, which the grid of 16 below reads.
+struct SegmentEnds {
     int32_t level[kLutLevels + 1];
     int segments = 0;
-    level[0] = plane[0] >> 8;
-    for (int s = 0; s < kTopLevel; s += step) level[++segments] = plane[std::min(s + step, kTopLevel)] >> 8;
-    const int32_t at16 = plane[kDefaultStep] >> 8;  // the grid of 16 below reads the source entry
+    int32_t at16 = 0;
+};
+
+// Reads the ends through `entry` (the plane's entry at an index), before any
+// entry of the plane is written.
+template <typename ReadEntry>
+void ReadEnds(int step, ReadEntry entry, SegmentEnds& ends) {
+    ends.level[0] = entry(0) >> 8;
+    for (int s = 0; s < kTopLevel; s += step) ends.level[++ends.segments] = entry(std::min(s + step, kTopLevel)) >> 8;
+    ends.at16 = entry(kDefaultStep) >> 8;
+}
+
+// The channels are independent, so each is interpolated on its own plane,
+// where the points of a segment lie side by side and the loops vectorise.
+// The slopes between the segment ends are taken first, before any point is
+// written, so that no segment waits on the one before it. Segment g runs
+// from s = g x step up to (not including) its end e, on the line from its
+// start level: point s is that level itself. Every entry is written.
+QUARNEL_KERNEL void Rebuild(int step, const SegmentEnds& ends, uint16_t* plane) {
+    const int32_t* level = ends.level;
+    const int segments = ends.segments;
     double slope[kLutLevels];
     for (int g = 0; g < segments; ++g) {
         const int span = std::min(step, kTopLevel - g * step);
@@ -52,19 +67,34 @@ QUARNEL_KERNEL void Interpolate(int step, uint16_t* plane) {
     // The first sixteen entries always follow the grid of 16, whatever the
     // step; entry 0 stays the line's start.
     const double start = level[0];
-    const double slope16 = (static_cast<double>(at16) - start) * kSixteenth;
+    const double slope16 = (static_cast<double>(ends.at16) - start) * kSixteenth;
     for (int k = 0; k < kDefaultStep; ++k) plane[k] = Entry(LevelOnLine(offset[k] * slope16 + start));
 }
 
-void InterpolateBaseline(int step, uint16_t* plane) { Interpolate(step, plane); }
+void RebuildBaseline(int step, const SegmentEnds& ends, uint16_t* plane) { Rebuild(step, ends, plane); }
 
-QUARNEL_WIDE void InterpolateWide(int step, uint16_t* plane) { Interpolate(step, plane); }
+QUARNEL_WIDE void RebuildWide(int step, const SegmentEnds& ends, uint16_t* plane) { Rebuild(step, ends, plane); }
+
+int StepInForce(int step) { return step < 1 || step > kMaxStep ? kDefaultStep : step; }
+
+template <typename ReadEntry>
+void Interpolate(int step, ReadEntry entry, uint16_t* plane) {
+    step = StepInForce(step);
+    SegmentEnds ends;
+    ReadEnds(step, entry, ends);
+    platform::ActiveForm(RebuildBaseline, RebuildWide)(step, ends, plane);
+}
 
 }  // namespace
 
 void LutLinInterp8Bit(int step, uint16_t* plane) {
-    if (step < 1 || step > kMaxStep) step = kDefaultStep;
-    platform::ActiveForm(InterpolateBaseline, InterpolateWide)(step, plane);
+    Interpolate(
+        step, [plane](int i) { return plane[i]; }, plane);
+}
+
+void LutLinInterp8Bit(int step, const PendingLut& from, int channel, uint16_t* plane) {
+    Interpolate(
+        step, [&from, channel](int i) { return from.Entry(channel, i); }, plane);
 }
 
 }  // namespace quarnel
