@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "api/mode_luts.h"
 
+#include <algorithm>
 #include "api/context_values.h"
+
 #include "color/apply_gains.h"
 #include "color/calc_gain.h"
 #include "color/slider.h"
 #include "color/theater.h"
+#include "core/lut16.h"
 #include "diag/debug.h"
 #include "lut/vivid.h"
 
@@ -22,48 +25,54 @@ void RecomputeNormalGains(CctContext& ctx) {
     for (int c = 0; c < 3; ++c) ctx.gainNormal[c] = request.gain[c];
 }
 
-void BlendReading(CctContext& ctx, double t, const double* a, const double* b, GainSolverState& state) {
-    BlendGains(state, t, a, b, BaseLut(ctx), &ctx.outLut[0][0]);
+// The base LUT under (1 - t) x a + t x b.
+GainedLut BlendReading(const CctContext& ctx, double t, const double* a, const double* b, GainSolverState& state) {
+    return GainedLut(LevelValues().data(), BlendedGains(state, t, a, b), BaseLut(ctx));
 }
 
 }  // namespace
 
-void BuildGetLut(CctContext& ctx, const RequestArgs& args) {
+ModeLut BuildGetLut(CctContext& ctx, const RequestArgs& args) {
     if (args.request.gainFlag != 0) RecomputeNormalGains(ctx);
-    BuildSliderLut(ctx.interval, GainsOf(ctx), ctx.fromBios != 0, BaseLut(ctx), &ctx.outLut[0][0]);
+    const SliderTable table = SliderRequestTable(ctx.interval, GainsOf(ctx), ctx.fromBios != 0);
+    if (table.kind == SliderTable::kGained) return GainedLut(LevelValues().data(), table.gains, BaseLut(ctx));
+    if (table.kind == SliderTable::kBase) std::copy_n(BaseLut(ctx), kLutEntries, &ctx.outLut[0][0]);
+    return std::nullopt;
 }
 
-void BuildTheaterModeLut(CctContext& ctx, const RequestArgs& /*args*/) {
+ModeLut BuildTheaterModeLut(CctContext& ctx, const RequestArgs& /*args*/) {
     BuildTheaterLut(TableOf(ctx.fromBios != 0 ? ctx.bios : ctx.icc), BaseLut(ctx), ctx.lutApiType, &ctx.outLut[0][0]);
+    return std::nullopt;
 }
 
-void BuildVividModeLut(CctContext& ctx, const RequestArgs& /*args*/) {
-    ApplyGainsAtLevels(VividLevels().data(), ctx.gainNormal, BaseLut(ctx), &ctx.outLut[0][0]);
+ModeLut BuildVividModeLut(CctContext& ctx, const RequestArgs& /*args*/) {
+    return GainedLut(VividLevels().data(), TripleOf(ctx.gainNormal), BaseLut(ctx));
 }
 
-void BuildReadingStrongLut(CctContext& ctx, const RequestArgs& /*args*/) {
+ModeLut BuildReadingStrongLut(CctContext& ctx, const RequestArgs& /*args*/) {
     GainSolverState state;
-    BlendReading(ctx, 0.0, ctx.gainReadStrong, ctx.gainReadStrong, state);
+    return BlendReading(ctx, 0.0, ctx.gainReadStrong, ctx.gainReadStrong, state);
 }
 
-void BuildReadingWeakLut(CctContext& ctx, const RequestArgs& /*args*/) {
+ModeLut BuildReadingWeakLut(CctContext& ctx, const RequestArgs& /*args*/) {
     GainSolverState state;
-    BlendReading(ctx, 0.0, ctx.gainReadWeak, ctx.gainReadWeak, state);
+    return BlendReading(ctx, 0.0, ctx.gainReadWeak, ctx.gainReadWeak, state);
 }
 
 // rdIndex itself is the mixing position: levels above 1 reach the strong
 // gains through the blend's own clamp. The range test is written out; an
 // rdIndex or rdLevels that is not a number passes neither comparison, so
 // rdIndex is kept and the blend's clamp takes it to 0.
-void BuildReadingMultiLut(CctContext& ctx, const RequestArgs& /*args*/) {
+ModeLut BuildReadingMultiLut(CctContext& ctx, const RequestArgs& /*args*/) {
     double t = ctx.rdIndex;
     if (t < 0.0 || t > ctx.rdLevels - 1.0) {
         ctx.rdIndex = 0.0;
         t = 0.0;
     }
     GainSolverState state;
-    BlendReading(ctx, t, ctx.gainReadWeak, ctx.gainReadStrong, state);
+    const GainedLut lut = BlendReading(ctx, t, ctx.gainReadWeak, ctx.gainReadStrong, state);
     DebugPrint("GetReadingModeMultiLUT  outGain = %f\n", state.maxGain);
+    return lut;
 }
 
 }  // namespace quarnel

@@ -65,11 +65,15 @@ void ReportScale(const CctContext& ctx) {
     if (ctx.lutApiType == CCT_LUT_API_QCOM) DebugPrint("QCOM cct->lutDcModeScale modify as : %f\n", ctx.lutDcModeScale);
 }
 
-// Every mode's dumps after its own LUT carry the CCTAPI_GET_LUT titles.
-int32_t RunTail(CctContext& ctx, const RequestArgs& args, const ModePipeline& mode) {
+// Every mode's dumps after its own LUT carry the CCTAPI_GET_LUT titles. A
+// gained table still pending is written out by the improvement.
+int32_t RunTail(CctContext& ctx, const RequestArgs& args, const ModePipeline& mode, const ModeLut& pending) {
     ctx.iccType = 1;
     Regamma(ctx, args);
-    ImproveLut(ctx, &ctx.outLut[0][0]);
+    if (pending)
+        ImproveLut(ctx, *pending, &ctx.outLut[0][0]);
+    else
+        ImproveLut(ctx, &ctx.outLut[0][0]);
     DumpLut(&ctx, "CCTAPI_GET_LUT (lut after LutImprove())");
     if (mode.reportsScale) ReportScale(ctx);
     BrightenOutLut(ctx);
@@ -84,9 +88,15 @@ int32_t RunTail(CctContext& ctx, const RequestArgs& args, const ModePipeline& mo
 int32_t RunLutMode(CctContext& ctx, const RequestArgs& args, const ModePipeline& mode) {
     if (mode.preface != nullptr) DebugPrint("%s", mode.preface);
     DebugMessage(mode.enter);
-    mode.build(ctx, args);
+    ModeLut lut = mode.build(ctx, args);
+    // The whole table is written out at once where something reads it before
+    // the improvement: the trace dump, or the re-gamma curve.
+    if (lut && (args.request.regammaFlag != 0 || DumpsWritten())) {
+        lut->Fill(&ctx.outLut[0][0]);
+        lut.reset();
+    }
     DumpLut(&ctx, mode.beforeTitle);
-    return RunTail(ctx, args, mode);
+    return RunTail(ctx, args, mode, lut);
 }
 
 }  // namespace

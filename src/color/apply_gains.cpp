@@ -21,11 +21,6 @@ bool Overlaps(const uint16_t* src, const uint16_t* dst) {
     return before(src, dst + kLutEntries) && before(dst, src + kLutEntries);
 }
 
-void ApplyAndRecord(GainSolverState& state, const double gain[3], const uint16_t* src, uint16_t* dst) {
-    ApplyGainsToLut(src, gain, dst);
-    state.maxGain = std::max({gain[0], gain[1], gain[2]});
-}
-
 // One plane: half-up of the scaled level, kept inside the plane (an index
 // past either end reads the nearer end instead of memory outside the
 // table), worked out in a pass of its own, which vectorises. Where the first
@@ -81,19 +76,26 @@ uint16_t GainedEntry(const uint16_t* plane, double level, double gain) {
     return plane[HalfUpWithin(level * gain, kTopLevel)];
 }
 
-void BlendGains(GainSolverState& state, double t, const double a[3], const double b[3], const uint16_t* src,
-                uint16_t* dst) {
+GainTriple BlendedGains(GainSolverState& state, double t, const double a[3], const double b[3]) {
     state.gamma = kSolverGamma;
     state.flags = 0;
-    if (t == 1.0) return ApplyAndRecord(state, b, src, dst);
-    if (t == 0.0) return ApplyAndRecord(state, a, src, dst);
-    if (!(t >= 0.0 && t <= 1.0)) {
-        t = t > 1.0 ? 1.0 : 0.0;
-        state.flags |= kGainBlendClamped;
+    GainTriple blend{a[0], a[1], a[2]};
+    if (t == 1.0) {
+        blend = {b[0], b[1], b[2]};
+    } else if (t != 0.0) {
+        if (!(t >= 0.0 && t <= 1.0)) {
+            t = t > 1.0 ? 1.0 : 0.0;
+            state.flags |= kGainBlendClamped;
+        }
+        for (std::size_t c = 0; c < blend.size(); ++c) blend[c] = (1.0 - t) * a[c] + t * b[c];
     }
-    double blend[3];
-    for (int c = 0; c < 3; ++c) blend[c] = (1.0 - t) * a[c] + t * b[c];
-    ApplyAndRecord(state, blend, src, dst);
+    state.maxGain = std::max({blend[0], blend[1], blend[2]});
+    return blend;
+}
+
+void BlendGains(GainSolverState& state, double t, const double a[3], const double b[3], const uint16_t* src,
+                uint16_t* dst) {
+    ApplyGainsToLut(src, BlendedGains(state, t, a, b).data(), dst);
 }
 
 }  // namespace quarnel

@@ -23,10 +23,13 @@ void ApplyGainsAtLevels(const double level[256], const double gain[3], const uin
 // gain)], held inside the plane likewise.
 uint16_t GainedEntry(const uint16_t* plane, double level, double gain);
 
-// Applies (1 - t) x a + t x b to `src` into `dst` and leaves the largest of
-// the three gains in state.maxGain. A t outside 0..1 (or not a number) is
-// clamped to the nearer bound (0 for not a number) and sets 0x20000. Sets
-// state.gamma to 2.2 and clears state.flags first.
+// The gains (1 - t) x a + t x b; leaves the largest of the three in
+// state.maxGain. A t outside 0..1 (or not a number) is clamped to the nearer
+// bound (0 for not a number) and sets 0x20000. Sets state.gamma to 2.2 and
+// clears state.flags first.
+GainTriple BlendedGains(GainSolverState& state, double t, const double a[3], const double b[3]);
+
+// Applies BlendedGains(state, t, a, b) to `src` into `dst`.
 void BlendGains(GainSolverState& state, double t, const double a[3], const double b[3], const uint16_t* src,
                 uint16_t* dst);
 

@@ -106,7 +106,7 @@ struct ChromaPoint {
 };
 
 // The solver's working record, owned by the caller. Set gamma to 2.2 before
-// every CalcGain or BlendGains call.
+// every CalcGain or BlendedGains call.
 struct GainSolverState {
     int32_t cct = 0;
     double targetX = 0.0;

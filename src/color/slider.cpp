@@ -18,24 +18,26 @@ constexpr double kColdEnd = 1.5;
 // The request's blend weighs the two triples, (1 - s) x normal + s x end;
 // the VX modes' line runs from the end toward normal. The two are the same
 // line but round differently, and each request keeps its own rounding.
-int32_t BuildSliderLut(double interval, const ModeGains& gains, bool fromBios, const uint16_t* base, uint16_t* out) {
+SliderTable SliderRequestTable(double interval, const ModeGains& gains, bool fromBios) {
     double v = interval;
     if (v > kColdEnd || v < kWarmEnd) v = kNormal;
     const double s = 2.0 * (v - kNormal);  // -1 at the warm end, 1 at the cold end
-
     GainSolverState state;
     // The three tests are made as written: an interval that is not a number
-    // passes none of them and leaves `out` as it is.
-    if (s > 0.0) {
-        BlendGains(state, s, gains.normal.data(), gains.cold.data(), base, out);
-    } else if (s < 0.0) {
-        BlendGains(state, -s, gains.normal.data(), gains.warm.data(), base, out);
-    } else if (s == 0.0) {
-        if (fromBios)
-            BlendGains(state, 0.0, gains.normal.data(), gains.normal.data(), base, out);
-        else
-            std::copy_n(base, kLutEntries, out);
+    // passes none of them and leaves nothing to write.
+    if (s > 0.0) return {SliderTable::kGained, BlendedGains(state, s, gains.normal.data(), gains.cold.data())};
+    if (s < 0.0) return {SliderTable::kGained, BlendedGains(state, -s, gains.normal.data(), gains.warm.data())};
+    if (s == 0.0) {
+        if (!fromBios) return {SliderTable::kBase, {}};
+        return {SliderTable::kGained, BlendedGains(state, 0.0, gains.normal.data(), gains.normal.data())};
     }
+    return {};
+}
+
+int32_t BuildSliderLut(double interval, const ModeGains& gains, bool fromBios, const uint16_t* base, uint16_t* out) {
+    const SliderTable table = SliderRequestTable(interval, gains, fromBios);
+    if (table.kind == SliderTable::kGained) ApplyGainsToLut(base, table.gains.data(), out);
+    if (table.kind == SliderTable::kBase) std::copy_n(base, kLutEntries, out);
     return 0;
 }
 

@@ -9,10 +9,20 @@
 
 namespace quarnel {
 
-// The slider LUT of request 2: blends the normal gains toward the warm or
-// cold gains by `interval` (outside 0.5..1.5 it acts as 1.0) and applies
-// them to `base` into `out`. At the normal position without factory data
-// `base` is copied as it stands. Always returns 0.
+// What request 2 makes of the base LUT at slider position `interval`: the
+// base under the normal gains blended toward the warm or cold gains
+// (outside 0.5..1.5 the position acts as 1.0), the base as it stands (the
+// normal position without factory data), or nothing at all (a position that
+// is not a number).
+struct SliderTable {
+    enum Kind { kGained, kBase, kNothing };
+    Kind kind = kNothing;
+    GainTriple gains{};
+};
+SliderTable SliderRequestTable(double interval, const ModeGains& gains, bool fromBios);
+
+// The slider LUT of request 2: SliderRequestTable written into `out`, which
+// keeps what it held where that is nothing. Always returns 0.
 int32_t BuildSliderLut(double interval, const ModeGains& gains, bool fromBios, const uint16_t* base, uint16_t* out);
 
 // The gains of the VX modes at slider position `interval`, clamped to

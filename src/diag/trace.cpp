@@ -171,6 +171,11 @@ void TraceBeginVx() {
 
 void TraceEndVx() { TraceClose(); }
 
+bool DumpsWritten() {
+    const TraceSlot& slot = Slot();
+    return slot.decided ? slot.handle != nullptr : TraceFileExists(platform::TraceFilePath());
+}
+
 void DumpLut(const CctContext* ctx, const char* title) {
     Dump([&](std::FILE* file) {
         TraceWrite(file, "%s", kRule);

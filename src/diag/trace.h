@@ -35,6 +35,10 @@ public:
     VxTraceScope& operator=(const VxTraceScope&) = delete;
 };
 
+// Whether a dump made now is written: in a call, as its start decided;
+// outside any call, whether the trace file exists.
+bool DumpsWritten();
+
 // One LUT dump of outLut under `title`.
 void DumpLut(const CctContext* ctx, const char* title);
 
