@@ -41,8 +41,9 @@ ModeLut BuildGetLut(CctContext& ctx, const RequestArgs& args) {
 }
 
 ModeLut BuildTheaterModeLut(CctContext& ctx, const RequestArgs& /*args*/) {
-    BuildTheaterLut(TableOf(ctx.fromBios != 0 ? ctx.bios : ctx.icc), BaseLut(ctx), ctx.lutApiType, &ctx.outLut[0][0]);
-    return std::nullopt;
+    const GainTriple gains =
+        TheaterGains(TableOf(ctx.fromBios != 0 ? ctx.bios : ctx.icc), BaseLut(ctx), ctx.lutApiType);
+    return GainedLut(LevelValues().data(), gains, BaseLut(ctx));
 }
 
 ModeLut BuildVividModeLut(CctContext& ctx, const RequestArgs& /*args*/) {

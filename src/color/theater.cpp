@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "color/theater.h"
 
-#include "color/apply_gains.h"
 #include "color/calc_gain.h"
 #include "color/check_gain.h"
 
@@ -16,7 +15,7 @@ constexpr double kBoost = 1.05;
 
 // The boosted limiting channel passes 255 from input 243 upwards; the
 // applicator holds its index at the plane's last entry.
-void BuildTheaterLut(const XyzTable& rows, const uint16_t* base, int32_t lutApiType, uint16_t* out) {
+GainTriple TheaterGains(const XyzTable& rows, const uint16_t* base, int32_t lutApiType) {
     GainRequest r = ChromaticityRequest(rows, kTheaterWhiteX, kTheaterWhiteY);
     GainSolverState state;
     state.gamma = kSolverGamma;
@@ -25,7 +24,7 @@ void BuildTheaterLut(const XyzTable& rows, const uint16_t* base, int32_t lutApiT
     double g[3];
     for (int c = 0; c < 3; ++c) g[c] = r.gain[c] * kBoost;
     CheckGain(g, base, lutApiType);
-    ApplyGainsToLut(base, g, out);
+    return {g[0], g[1], g[2]};
 }
 
 }  // namespace quarnel
