@@ -20,12 +20,29 @@ constexpr std::size_t kPlanes = kLutPlanes;
 constexpr std::size_t kPoints = kNvPoints;
 
 // The planes as levels of unscaled doubles, with a zero level above the top
-// for the re-sampling to read at the top.
+// for the re-sampling to read at the top. The entries are converted plane by
+// plane, where the loop vectorises, and then transposed four levels at a
+// time: the red, green and blue entries of levels i to i + 3, a vector each,
+// become the four levels.
 QUARNEL_KERNEL void ToLevels(const uint16_t* in, Level* levels) {
-    for (std::size_t i = 0; i < kLevels; ++i)
-        levels[i] = Level{static_cast<double>(in[i]), static_cast<double>(in[kLevels + i]),
-                          static_cast<double>(in[2 * kLevels + i]), 0.0};
-    levels[kLevels] = Level{};
+    double entries[kLutEntries];
+    for (std::size_t k = 0; k < kLutEntries; ++k) entries[k] = in[k];
+    const Level zero{};
+    for (std::size_t i = 0; i < kLevels; i += kLanes) {
+        Level r, g, b;
+        std::memcpy(&r, entries + i, sizeof r);
+        std::memcpy(&g, entries + kLevels + i, sizeof g);
+        std::memcpy(&b, entries + 2 * kLevels + i, sizeof b);
+        const Level evenRg = __builtin_shufflevector(r, g, 0, 4, 2, 6);  // r0 g0 r2 g2
+        const Level oddRg = __builtin_shufflevector(r, g, 1, 5, 3, 7);   // r1 g1 r3 g3
+        const Level evenB = __builtin_shufflevector(b, zero, 0, 4, 2, 6);
+        const Level oddB = __builtin_shufflevector(b, zero, 1, 5, 3, 7);
+        levels[i] = __builtin_shufflevector(evenRg, evenB, 0, 1, 4, 5);
+        levels[i + 1] = __builtin_shufflevector(oddRg, oddB, 0, 1, 4, 5);
+        levels[i + 2] = __builtin_shufflevector(evenRg, evenB, 2, 3, 6, 7);
+        levels[i + 3] = __builtin_shufflevector(oddRg, oddB, 2, 3, 6, 7);
+    }
+    levels[kLevels] = zero;
 }
 
 // Level i re-sampled through the sRGB encoding: a + (b - a) x f, b the level
@@ -36,17 +53,36 @@ QUARNEL_KERNEL void Resample(const SrgbTaps& t, const Level* source, std::size_t
     out = a + (b - a) * t.f[i];
 }
 
-// The re-sampled values lie between two 16-bit entries, so half-up needs no
+// Four entries of one plane.
+using PlaneQuad = uint16_t __attribute__((vector_size(kLanes * sizeof(uint16_t))));
+
+// Half-up of four entries of a plane, stored from `entry` on. The
+// re-sampled values lie between two 16-bit entries, so half-up needs no
 // clamp here.
+QUARNEL_KERNEL void StoreRounded(const Level& v, uint16_t* entry) {
+    const PlaneQuad quad = __builtin_convertvector(__builtin_convertvector(v + 0.5, LevelInts), PlaneQuad);
+    std::memcpy(entry, &quad, sizeof quad);
+}
+
+// Four levels at a time, transposed back into the planes: levels i to i + 3
+// become a vector of red, one of green and one of blue entries.
 QUARNEL_KERNEL void SrgbLut16(const uint16_t* inLut, uint16_t* outLut) {
     Level source[kLevels + 1];
     ToLevels(inLut, source);
     const SrgbTaps& taps = Srgb();
-    for (std::size_t i = 0; i < kLevels; ++i) {
-        Level v;
-        Resample(taps, source, i, v);
-        const auto rounded = __builtin_convertvector(v + 0.5, LevelInts);
-        for (std::size_t c = 0; c < kPlanes; ++c) outLut[c * kLevels + i] = static_cast<uint16_t>(rounded[c]);
+    for (std::size_t i = 0; i < kLevels; i += kLanes) {
+        Level v0, v1, v2, v3;
+        Resample(taps, source, i, v0);
+        Resample(taps, source, i + 1, v1);
+        Resample(taps, source, i + 2, v2);
+        Resample(taps, source, i + 3, v3);
+        const Level redBlue01 = __builtin_shufflevector(v0, v1, 0, 4, 2, 6);  // r0 r1 b0 b1
+        const Level green01 = __builtin_shufflevector(v0, v1, 1, 5, 3, 7);    // g0 g1 and the spare lanes
+        const Level redBlue23 = __builtin_shufflevector(v2, v3, 0, 4, 2, 6);
+        const Level green23 = __builtin_shufflevector(v2, v3, 1, 5, 3, 7);
+        StoreRounded(__builtin_shufflevector(redBlue01, redBlue23, 0, 1, 4, 5), outLut + i);
+        StoreRounded(__builtin_shufflevector(green01, green23, 0, 1, 4, 5), outLut + kLevels + i);
+        StoreRounded(__builtin_shufflevector(redBlue01, redBlue23, 2, 3, 6, 7), outLut + 2 * kLevels + i);
     }
 }
 
