@@ -3,8 +3,7 @@
 // at the slider position. Unlike CCTAPI it keeps the trace log, the float
 // ramps, the warning word and iccType as they are.
 
-#include <charconv>
-#include <cstring>
+#include <iterator>
 
 #include "api/entry_points.h"
 #include "api/pipeline_steps.h"
@@ -17,24 +16,24 @@
 namespace quarnel {
 namespace {
 
-constexpr std::size_t kNameSize = 52;
-constexpr std::size_t kModeDigits = 4;
-constexpr std::size_t kWideNameSize = 40;
-
-// The name is plain ASCII, so widening it is a character-by-character copy.
-void EmitWide(const char* text) {
-    wchar_t wide[kWideNameSize] = {};
-    for (std::size_t i = 0; i + 1 < kWideNameSize && text[i] != '\0'; ++i) wide[i] = static_cast<wchar_t>(text[i]);
-    DebugMessage(wide);
-}
+// The curve modes' names: the tag and "CCTAPI_VX_MODE_" followed by the
+// mode in decimal, as the dumps title them and the debugger hears them.
+struct CurveModeName {
+    const char* narrow;
+    const wchar_t* wide;
+};
+constexpr CurveModeName kCurveModeNames[] = {
+    {"; VOK: CCTAPI_VX_MODE_21", L"; VOK: CCTAPI_VX_MODE_21"},
+    {"; VOK: CCTAPI_VX_MODE_22", L"; VOK: CCTAPI_VX_MODE_22"},
+    {"; VOK: CCTAPI_VX_MODE_23", L"; VOK: CCTAPI_VX_MODE_23"},
+    {"; VOK: CCTAPI_VX_MODE_24", L"; VOK: CCTAPI_VX_MODE_24"},
+    {"; VOK: CCTAPI_VX_MODE_25", L"; VOK: CCTAPI_VX_MODE_25"},
+};
+static_assert(std::size(kCurveModeNames) == CCTAPI_VX_MODE_LAST - CCTAPI_VX_MODE_FIRST + 1);
 
 int32_t RunCurveMode(CctContext& ctx, int32_t mode, const uint16_t* vxInput) {
-    char name[kNameSize] = "; VOK: CCTAPI_VX_MODE_";
-    // The mode as "%d" writes it, bounded to three digits; a curve mode has two.
-    char digits[kModeDigits] = {};
-    std::to_chars(digits, digits + kModeDigits - 1, mode);
-    std::strncat(name, digits, kNameSize - std::strlen(name) - 1);
-    EmitWide(name);
+    const CurveModeName& name = kCurveModeNames[mode - CCTAPI_VX_MODE_FIRST];
+    DebugMessage(name.wide);
     GetVxModeLut(ctx, vxInput);
     DumpLut(&ctx, "CCTAPI_VX (lut before LutConvert())");
     BrightenOutLut(ctx);
@@ -42,7 +41,7 @@ int32_t RunCurveMode(CctContext& ctx, int32_t mode, const uint16_t* vxInput) {
     const int32_t status = ConvertOutLut(ctx);
     DumpLut(&ctx, "CCTAPI_VX (lut after LutConvert())");
     DebugPrint("CCTAPI_VX (lut after LutConvert())\n");
-    DumpContext(&ctx, name, vxInput);
+    DumpContext(&ctx, name.narrow, vxInput);
     return status;
 }
 

@@ -191,7 +191,9 @@ int32_t GetData(BiosData& data, int32_t enableUserK, const char* kalzenPath, con
 // on the stack and joins the path there: nothing is allocated unless the
 // path outgrows the buffer.
 int32_t GetBIOS_Data(uint8_t& flag297, const CalibrationSource& source) {
-    Block block{};  // a short or unread source leaves zeros
+    // Only the step byte is read back: a short or unread source leaves it 0.
+    Block block;
+    block[kBlockStepByte] = 0;
     if (source.enableUserK != kUserFile) {
         int32_t count = 0;
         static_cast<void>(ReadDataBlock(&count, block.data(), source.panelIndex));

@@ -20,14 +20,30 @@ constexpr double kKnee = 0.4;
 constexpr double kKneeSpan = 0.6;
 constexpr double kMinPeakRatio = 0.55;
 
+// Whether a green entry lies above the search limit: its share of the full
+// scale, rounded to single precision, compared in double.
+bool AboveSearchLimit(unsigned entry) {
+    return static_cast<double>(static_cast<float>(entry / kLutFullScale)) > kSearchLimit;
+}
+
+// The smallest entry above the search limit: the test rises with the entry
+// (dividing and rounding keep the order), so an entry passes exactly when it
+// reaches this one.
+uint16_t FirstEntryAboveSearchLimit() {
+    static const auto first = [] {
+        unsigned entry = 0;
+        while (!AboveSearchLimit(entry)) ++entry;
+        return static_cast<uint16_t>(entry);
+    }();
+    return first;
+}
+
 // The first green entry above the search limit, at or after nIndex, moves
 // the threshold up to that level.
 double FindThreshold(const uint16_t* lut, double scaleTH, int nIndex) {
-    for (int i = nIndex; i < kLutLevels; ++i) {
-        const auto level = static_cast<float>(lut[LutIndex(1, i)] / kLutFullScale);
-        if (static_cast<double>(level) > kSearchLimit)
-            return static_cast<double>(static_cast<float>(i)) / kTopLevelScale;
-    }
+    const uint16_t first = FirstEntryAboveSearchLimit();
+    for (int i = nIndex; i < kLutLevels; ++i)
+        if (lut[LutIndex(1, i)] >= first) return static_cast<double>(static_cast<float>(i)) / kTopLevelScale;
     return scaleTH;
 }
 
