@@ -17,23 +17,34 @@ std::optional<Differences> MakeDifferences(const uint16_t* lut) {
     return d;
 }
 
-// Each plane is summed without stopping early, so the loop has no branch:
-// the running sums are ORed together as unsigned values, and only sums
-// within 0..255 leave every bit above the low eight clear. The 64-bit sum
-// cannot overflow over 256 int differences.
+// Each plane's 255 differences are summed in three runs of 85 side by side,
+// so that no running sum waits on the other two; each run is then raised by
+// the sums of the runs before it. The planes are summed without stopping
+// early, so the loops have no branch: the sums are ORed together as unsigned
+// values, and only sums within 0..255 leave every bit above the low eight
+// clear. The 64-bit sums cannot overflow over 255 int differences.
 std::optional<Lut16> SumDifferences(const Differences& d) {
+    constexpr int kRuns = 3;
+    constexpr int kRun = kTopLevel / kRuns;  // 85
+    static_assert(kRun * kRuns == kTopLevel);
     Lut16 lut{};
     for (int c = 0; c < kLutPlanes; ++c) {
-        const int* plane = d.data() + LutIndex(c, 0);
-        uint16_t* out = lut.data() + LutIndex(c, 0);
-        int64_t value = 0;
-        uint64_t seen = 0;
-        for (int i = 1; i < kLutLevels; ++i) {
-            value += plane[i];
-            seen |= static_cast<uint64_t>(value);
-            out[i] = static_cast<uint16_t>(value * kLutStep);
+        const int* plane = d.data() + LutIndex(c, 0) + 1;  // entry 0 stays 0
+        int64_t sums[kTopLevel];
+        int64_t run[kRuns] = {};
+        for (int k = 0; k < kRun; ++k)
+            for (int r = 0; r < kRuns; ++r) sums[r * kRun + k] = run[r] += plane[r * kRun + k];
+        for (int k = 0; k < kRun; ++k) {
+            sums[kRun + k] += run[0];
+            sums[2 * kRun + k] += run[0] + run[1];
         }
-        if ((seen >> kLevelBits) != 0 || value != kTopLevel) return std::nullopt;
+        uint16_t* out = lut.data() + LutIndex(c, 0) + 1;
+        uint64_t seen = 0;
+        for (int i = 0; i < kTopLevel; ++i) {
+            seen |= static_cast<uint64_t>(sums[i]);
+            out[i] = static_cast<uint16_t>(sums[i] * kLutStep);
+        }
+        if ((seen >> kLevelBits) != 0 || sums[kTopLevel - 1] != kTopLevel) return std::nullopt;
     }
     return lut;
 }
