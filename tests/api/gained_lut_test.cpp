@@ -1,14 +1,12 @@
 // SPDX-License-Identifier: MIT
-// A gained table handed to the improvement as it stands gives what applying
-// the gains first and improving the whole table gives, bit for bit: for
-// every step, for smoothing, for a failed step fetch, and for gains that
-// reach outside the plane.
+// A gained table improved as it stands gives, bit for bit, what improving the whole gained table gives.
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <random>
 
 #include "api/gained_lut.h"
+#include "lut/sample_luts.h"
 #include "lut/vivid.h"
 #include "support/capture.h"
 
@@ -20,17 +18,6 @@ int32_t gFetchResult = 0;
 
 int32_t FixedFetch(const CalibrationSource&, uint8_t& step) { return step = gStep, gFetchResult; }
 
-Lut16 RisingTable(std::mt19937& rng) {
-    std::uniform_int_distribution<int> rise(0, 300);
-    Lut16 lut{};
-    for (int c = 0; c < kLutPlanes; ++c) {
-        int v = rise(rng);
-        for (int i = 0; i < kLutLevels; ++i)
-            lut[LutIndex(c, i)] = static_cast<uint16_t>(std::min(v += rise(rng), 65535));
-    }
-    return lut;
-}
-
 TEST(GainedLut, ImprovesAsTheWholeGainedTable) {
     std::mt19937 rng(20261125);
     std::uniform_real_distribution<double> gain(-0.1, 1.2);
@@ -38,7 +25,7 @@ TEST(GainedLut, ImprovesAsTheWholeGainedTable) {
     const double* levelSets[] = {LevelValues().data(), VividLevels().data()};
     test::CaptureStdout([&] {
         for (int round = 0; round < 400; ++round) {
-            const Lut16 base = RisingTable(rng);
+            const Lut16 base = test::RandomTable(rng);
             const GainTriple gains{gain(rng), round % 7 == 0 ? std::nan("") : gain(rng), 1.0};
             const GainedLut gained(levelSets[round % 2], gains, base.data());
             const int32_t biosVer = round % 5 == 0 ? 5 : 7;

@@ -24,11 +24,10 @@ TEST(Crc16, MatchesThePublishedCheckValue) {
     const CrcTable table = MakeCrcTable(initial);
     EXPECT_EQ(std::tuple(initial, table[0], table[1], table[128], table[255]),
               std::tuple(0xFFFF, 0, 0x1021, 0x9188, 0x1EF0));
-    // Every length, whole groups of four bytes and the bytes left over alike, agrees with the bit-by-bit register.
-    std::vector<uint8_t> bytes(300);
+    std::vector<uint8_t> bytes(300);  // every length: whole groups of four bytes and the bytes left over
     for (std::size_t i = 0; i < bytes.size(); ++i) bytes[i] = static_cast<uint8_t>(i * 151 + 7);
-    for (std::size_t size = 0; size <= bytes.size(); ++size)
-        ASSERT_EQ(Crc16(bytes.data(), size), test::ReferenceCrc16(bytes.data(), size)) << size;
+    for (std::size_t n = 0; n <= bytes.size(); ++n)
+        ASSERT_EQ(Crc16(bytes.data(), n), test::ReferenceCrc16(bytes.data(), n));
 }
 
 // Every field the parser fills, with what it printed.

@@ -140,37 +140,30 @@ std::string LoadTranscript(const Bytes& string, int32_t method, const Lut16& lut
     return printed + Row("load", method, "status", status, result);
 }
 
-// The sums of every plane's differences, one at a time: a plane must stay within 0..255 all the way and end at 255.
+// The sums taken one at a time: a plane must stay within 0..255 all the way and end at 255.
 std::optional<Lut16> SummedOneByOne(const Differences& d) {
     Lut16 lut{};
-    for (int c = 0; c < kLutPlanes; ++c) {
-        int64_t value = 0;
-        for (int i = 1; i < kLutLevels; ++i) {
-            value += d[static_cast<std::size_t>(LutIndex(c, i))];
-            if (value < 0 || value > 255) return std::nullopt;
-            lut[static_cast<std::size_t>(LutIndex(c, i))] = static_cast<uint16_t>(value * 256);
+    for (int c = 0; c < kLutPlanes; ++c)
+        for (int64_t i = 1, sum = 0; i < kLutLevels; ++i) {
+            sum += d[static_cast<std::size_t>(LutIndex(c, static_cast<int>(i)))];
+            if (sum < 0 || sum > 255 || (i == kTopLevel && sum != 255)) return std::nullopt;
+            lut[static_cast<std::size_t>(LutIndex(c, static_cast<int>(i)))] = static_cast<uint16_t>(sum * 256);
         }
-        if (value != 255) return std::nullopt;
-    }
     return lut;
 }
 
 TEST(SumDifferences, AgreesWithSummingOneByOne) {
     std::mt19937 rng(20261125);
-    std::uniform_int_distribution<int> position(1, 255), small(-3, 3);
+    std::uniform_int_distribution<int> at(1, 255), small(-3, 3);
     const int extremes[] = {std::numeric_limits<int>::max(), std::numeric_limits<int>::min(), 256, -1};
     for (int round = 0; round < 2000; ++round) {
         Differences d{};
-        for (int c = 0; c < kLutPlanes; ++c)
-            for (int i = 1; i < kLutLevels; ++i) d[static_cast<std::size_t>(LutIndex(c, i))] = 1;
-        // Moves that keep a plane's end, moves that break it, and values no string holds.
-        for (int k = round % 5; k > 0; --k) {
-            const auto at = static_cast<std::size_t>(LutIndex(round % 3, position(rng)));
-            const int delta = small(rng);
-            d[at] += delta;
-            if (round % 4 != 0) d[static_cast<std::size_t>(LutIndex(round % 3, position(rng)))] -= delta;
+        for (int i = 0; i < kLutEntries; ++i) d[static_cast<std::size_t>(i)] = i % kLutLevels != 0;
+        for (int k = round % 5, delta = 0; k > 0; --k) {  // moves that keep a plane's end; every fourth round, not
+            d[static_cast<std::size_t>(LutIndex(round % 3, at(rng)))] += delta = small(rng);
+            if (round % 4 != 0) d[static_cast<std::size_t>(LutIndex(round % 3, at(rng)))] -= delta;
         }
-        if (round % 97 == 0) d[static_cast<std::size_t>(LutIndex(1, position(rng)))] = extremes[round / 97 % 4];
+        if (round % 97 == 0) d[static_cast<std::size_t>(LutIndex(1, at(rng)))] = extremes[round / 97 % 4];
         ASSERT_EQ(SumDifferences(d), SummedOneByOne(d)) << round;
     }
 }

@@ -123,13 +123,12 @@ TEST(LutBrightCtrl, SearchStopsExactlyAtTheLimit) {
     unsigned first = 0;
     while (!(static_cast<double>(static_cast<float>(first / 65280.0)) > 0.2)) ++first;
     for (const unsigned at150 : {first - 1, first}) {
-        Lut16 lut = Ramp([](int, int i) { return i * 256; });
-        for (int i = 0; i < kLutLevels; ++i) lut[LutIndex(1, i)] = static_cast<uint16_t>(first - 1);
+        Lut16 lut = Ramp([](int c, int i) { return c == 1 ? 0 : i * 256; });
+        std::fill_n(&lut[LutIndex(1, 0)], kLutLevels, static_cast<uint16_t>(first - 1));
         lut[LutIndex(1, 150)] = static_cast<uint16_t>(at150);
-        const double th = at150 == first ? static_cast<double>(150.0f) / 255.0 : 0.1;
+        const double th = at150 == first ? static_cast<double>(150.0f) / 255.0 : 0.1;  // the threshold found, or not
         const double k = (0.7 - 0.4) * (1.0 - th) / 0.6 + th;
-        const auto top = static_cast<int>(255 * k + 0.5);
-        EXPECT_EQ(Brightened(lut, 0, 0.7)[LutIndex(0, 255)], top * 256) << at150;
+        EXPECT_EQ(Brightened(lut, 0, 0.7)[LutIndex(0, 255)], static_cast<int>(255 * k + 0.5) * 256);
     }
 }
 

@@ -4,6 +4,7 @@
 // runs to the 16-bit ceiling with a ripple.
 
 #include <algorithm>
+#include <random>
 
 #include "core/lut16.h"
 
@@ -22,6 +23,24 @@ inline Lut16 PanelLikeLut() {
 inline Lut16 IdentityLut() {
     Lut16 lut{};
     FillIdentity(lut.data());
+    return lut;
+}
+
+// Any 16-bit entries: rising, falling, flat and noisy planes alike.
+inline Lut16 RandomTable(std::mt19937& rng) {
+    std::uniform_int_distribution<int> entry(0, 65535), shape(0, 3);
+    Lut16 lut{};
+    for (int c = 0; c < kLutPlanes; ++c) {
+        const int kind = shape(rng);
+        const int top = entry(rng);
+        for (int i = 0; i < kLutLevels; ++i) {
+            const int v = kind == 0   ? entry(rng)
+                          : kind == 1 ? top * i / kTopLevel
+                          : kind == 2 ? top
+                                      : top - top * i / 255;
+            lut[LutIndex(c, i)] = static_cast<uint16_t>(v);
+        }
+    }
     return lut;
 }
 

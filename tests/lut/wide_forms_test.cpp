@@ -12,6 +12,7 @@
 #include "core/lut16.h"
 #include "lut/convert.h"
 #include "lut/improve.h"
+#include "lut/sample_luts.h"
 #include "platform/processor.h"
 #include "quarnel/cctapi.h"
 #include "support/capture.h"
@@ -46,31 +47,13 @@ std::vector<unsigned char> Bytes(const Arrays&... arrays) {
     return bytes;
 }
 
-// Any 16-bit entries: rising, falling, flat and noisy planes alike.
-Lut16 RandomTable(std::mt19937& rng) {
-    std::uniform_int_distribution<int> entry(0, 65535), shape(0, 3);
-    Lut16 lut{};
-    for (int c = 0; c < kLutPlanes; ++c) {
-        const int kind = shape(rng);
-        const int top = entry(rng);
-        for (int i = 0; i < kLutLevels; ++i) {
-            const int v = kind == 0   ? entry(rng)
-                          : kind == 1 ? top * i / kTopLevel
-                          : kind == 2 ? top
-                                      : top - top * i / 255;
-            lut[LutIndex(c, i)] = static_cast<uint16_t>(v);
-        }
-    }
-    return lut;
-}
-
 TEST(WideForms, EveryStepGivesTheBaselineBitForBit) {
     std::mt19937 rng(20261124);
     std::uniform_real_distribution<double> gain(-0.2, 1.3);
     std::uniform_int_distribution<int> step(0, 70);
     test::CaptureStdout([&] {
         for (int round = 0; round < 300; ++round) {
-            const Lut16 in = RandomTable(rng);
+            const Lut16 in = test::RandomTable(rng);
             for (int32_t type : {CCT_LUT_API_SRGB, CCT_LUT_API_NVIDIA, CCT_LUT_API_IGCL}) {
                 const auto convert = [&] {
                     Lut16 out{};
