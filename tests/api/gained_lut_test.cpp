@@ -34,8 +34,6 @@ TEST(GainedLut, ImprovesAsTheWholeGainedTable) {
 
             Lut16 whole{};
             gained.Fill(whole.data());
-            for (int i = 0; i < kLutEntries; ++i)
-                ASSERT_EQ(gained.Entry(i / kLutLevels, i % kLutLevels), whole[static_cast<std::size_t>(i)]) << i;
             LutImprove(biosVer, {}, whole.data(), FixedFetch);
             Lut16 pending{};
             LutImprove(biosVer, {}, gained, pending.data(), FixedFetch);
