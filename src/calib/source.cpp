@@ -132,13 +132,6 @@ void ProbeUserFile(const char* kalzenPath, const char* kalzenFilename, BiosData&
     DebugMessage(L"VOK: Kalzen Path OK\n");
 }
 
-// Reads the file named by folder and name, joined as they are, into `block`
-// as far as it goes; leaves `block` as it is when the file does not open.
-void ReadJoinedFile(const char* folder, const char* name, Block& block) {
-    const FilePath path(folder, name);
-    static_cast<void>(ReadBlockFile(path.c_str(), block));
-}
-
 }  // namespace
 
 void CCTLoadBIOS(const char* path, const ProbedBlock& probed, BiosData& data) {
@@ -200,8 +193,9 @@ int32_t GetBIOS_Data(uint8_t& flag297, const CalibrationSource& source) {
     } else if (source.kalzenPath == nullptr || source.kalzenFilename == nullptr) {
         DebugPrint("GetBIOS_Data path = %s \n", "");
     } else {
-        DebugPrint("GetBIOS_Data path = %s%s \n", source.kalzenPath, source.kalzenFilename);
-        ReadJoinedFile(source.kalzenPath, source.kalzenFilename, block);
+        const FilePath path(source.kalzenPath, source.kalzenFilename);
+        DebugPrint("GetBIOS_Data path = %s \n", path.c_str());
+        static_cast<void>(ReadBlockFile(path.c_str(), block));
     }
     flag297 = block[kBlockStepByte];
     return 0;
