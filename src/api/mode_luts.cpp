@@ -40,7 +40,7 @@ ModeLut BuildGetLut(CctContext& ctx, const RequestArgs& args) {
     return std::nullopt;
 }
 
-ModeLut BuildTheaterModeLut(CctContext& ctx, const RequestArgs& /*args*/) {
+ModeLut BuildTheaterLut(CctContext& ctx, const RequestArgs& /*args*/) {
     const GainTriple gains =
         TheaterGains(TableOf(ctx.fromBios != 0 ? ctx.bios : ctx.icc), BaseLut(ctx), ctx.lutApiType);
     return GainedLut(LevelValues().data(), gains, BaseLut(ctx));

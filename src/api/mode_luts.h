@@ -18,7 +18,7 @@ using ModeLut = std::optional<GainedLut>;
 using ModeLutBuilder = ModeLut (*)(CctContext& ctx, const RequestArgs& args);
 
 ModeLut BuildGetLut(CctContext& ctx, const RequestArgs& args);
-ModeLut BuildTheaterModeLut(CctContext& ctx, const RequestArgs& args);
+ModeLut BuildTheaterLut(CctContext& ctx, const RequestArgs& args);
 ModeLut BuildVividModeLut(CctContext& ctx, const RequestArgs& args);
 ModeLut BuildReadingStrongLut(CctContext& ctx, const RequestArgs& args);
 ModeLut BuildReadingWeakLut(CctContext& ctx, const RequestArgs& args);

@@ -27,7 +27,7 @@ struct ModePipeline {
 const ModePipeline kModes[] = {
     {nullptr, L"; VOK: Enter CCTAPI_GET_LUT\n", BuildGetLut, "CCTAPI_GET_LUT (lut before LutImprove())",
      "CCTAPI_GET_LUT", L"; VOK: Exit  CCTAPI_GET_LUT\n", false},
-    {nullptr, L"; VOK: Enter CCTAPI_THEATER_MODE\n", BuildTheaterModeLut, "CCTAPI_THEATER_MODE (before LutImprove())",
+    {nullptr, L"; VOK: Enter CCTAPI_THEATER_MODE\n", BuildTheaterLut, "CCTAPI_THEATER_MODE (before LutImprove())",
      "CCTAPI_THEATER_MODE", L"; VOK: Exit  CCTAPI_THEATER_MODE\n", false},
     {nullptr, L"; VOK: Enter CCTAPI_VIVID_MODE\n", BuildVividModeLut, "CCTAPI_VIVID_MODE (before LutImprove())",
      "CCTAPI_VIVID_MODE", L"; VOK: Exit  CCTAPI_VIVID_MODE\n", false},
