@@ -2,8 +2,8 @@
 # SPDX-License-Identifier: MIT
 """Turns one JSON run of bench/api/api_bench into the README's speed tables.
 
-    build/release/bench/api/api_bench --benchmark_repetitions=7 \\
-        --benchmark_enable_random_interleaving=true --benchmark_min_time=0.1 \\
+    build/release/bench/api/api_bench --benchmark_repetitions=15 \\
+        --benchmark_enable_random_interleaving=true --benchmark_min_time=0.05 \\
         --benchmark_out=api.json --benchmark_out_format=json
     scripts/speed-table.py api.json
 
