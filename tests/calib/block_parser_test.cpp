@@ -24,10 +24,9 @@ TEST(Crc16, MatchesThePublishedCheckValue) {
     const CrcTable table = MakeCrcTable(initial);
     EXPECT_EQ(std::tuple(initial, table[0], table[1], table[128], table[255]),
               std::tuple(0xFFFF, 0, 0x1021, 0x9188, 0x1EF0));
-    std::vector<uint8_t> bytes(300);  // every length: whole groups of four bytes and the bytes left over
-    for (std::size_t i = 0; i < bytes.size(); ++i) bytes[i] = static_cast<uint8_t>(i * 151 + 7);
-    for (std::size_t n = 0; n <= bytes.size(); ++n)
-        ASSERT_EQ(Crc16(bytes.data(), n), test::ReferenceCrc16(bytes.data(), n));
+    const std::vector<uint8_t> block = test::WriteBlock({});  // every length: groups of four and bytes left over
+    for (std::size_t n = 0; n <= block.size(); ++n)
+        ASSERT_EQ(Crc16(block.data(), n), test::ReferenceCrc16(block.data(), n));
 }
 
 // Every field the parser fills, with what it printed.

@@ -143,12 +143,12 @@ std::string LoadTranscript(const Bytes& string, int32_t method, const Lut16& lut
 // The sums taken one at a time: a plane must stay within 0..255 all the way and end at 255.
 std::optional<Lut16> SummedOneByOne(const Differences& d) {
     Lut16 lut{};
-    for (int c = 0; c < kLutPlanes; ++c)
-        for (int64_t i = 1, sum = 0; i < kLutLevels; ++i) {
-            sum += d[static_cast<std::size_t>(LutIndex(c, static_cast<int>(i)))];
-            if (sum < 0 || sum > 255 || (i == kTopLevel && sum != 255)) return std::nullopt;
-            lut[static_cast<std::size_t>(LutIndex(c, static_cast<int>(i)))] = static_cast<uint16_t>(sum * 256);
-        }
+    int64_t sum = 0;
+    for (std::size_t i = 0; i < d.size(); ++i) {
+        sum = i % kLutLevels == 0 ? 0 : sum + d[i];
+        if (sum < 0 || sum > 255 || (i % kLutLevels == kTopLevel && sum != 255)) return std::nullopt;
+        lut[i] = static_cast<uint16_t>(sum * 256);
+    }
     return lut;
 }
 
