@@ -2,8 +2,8 @@
 #include "api/mode_luts.h"
 
 #include <algorithm>
-#include "api/context_values.h"
 
+#include "api/context_values.h"
 #include "color/apply_gains.h"
 #include "color/calc_gain.h"
 #include "color/slider.h"
