@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
-// The own work of each gain-driven CCTAPI request: its 16-bit LUT, written
-// into outLut before the shared improvement, brightness and conversion tail.
+// The own work of each gain-driven CCTAPI request: its 16-bit LUT, for the
+// shared improvement, brightness and conversion tail.
 
 #include <optional>
 

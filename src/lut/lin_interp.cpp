@@ -24,8 +24,8 @@ QUARNEL_KERNEL uint16_t Entry(int32_t level) { return static_cast<uint16_t>(leve
 QUARNEL_KERNEL int32_t LevelOnLine(double v) { return static_cast<int32_t>(v + 0.5); }
 
 // The 8-bit levels that the interpolation of one plane reads: the high
-// bytes of entry 0, of every segment end (e = s + step, capped at 255) and of
-// entry 16, which the grid of 16 below reads.
+// bytes of entry 0, of every segment end (e = s + step, capped at 255) and,
+// for any other step than 16, of entry 16, which the grid of 16 reads.
 struct SegmentEnds {
     int32_t level[kLutLevels + 1];
     int segments = 0;
@@ -38,7 +38,7 @@ template <typename ReadEntry>
 void ReadEnds(int step, ReadEntry entry, SegmentEnds& ends) {
     ends.level[0] = entry(0) >> 8;
     for (int s = 0; s < kTopLevel; s += step) ends.level[++ends.segments] = entry(std::min(s + step, kTopLevel)) >> 8;
-    ends.at16 = entry(kDefaultStep) >> 8;
+    if (step != kDefaultStep) ends.at16 = entry(kDefaultStep) >> 8;
 }
 
 // The channels are independent, so each is interpolated on its own plane,
