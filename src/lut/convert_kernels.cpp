@@ -86,41 +86,53 @@ QUARNEL_KERNEL void SrgbLut16(const uint16_t* inLut, uint16_t* outLut) {
     }
 }
 
-// The re-sampled levels over the full scale. The top level reads the level
-// below it (its encoded level comes out a hair under 255), so the source
-// stays as it is until every level is done.
-QUARNEL_KERNEL void Normalise(const Level* source, Level* normalised) {
-    const SrgbTaps& taps = Srgb();
-    for (std::size_t i = 0; i < kLevels; ++i) {
-        Level v;
-        Resample(taps, source, i, v);
-        DivideByFullScale(v);
-        normalised[i] = v;
-    }
+// The normalised levels as the post-gamma points read them: each level
+// twice over (red, green, blue, red, green, blue), so that its three
+// rotations, (r g b r), (g b r g) and (b r g b), are plain loads at its
+// first, second and third double and take no shuffle.
+inline constexpr std::size_t kRepeatedLevel = 2 * kPlanes;
+// Levels 0 to 255 and the repeat of the top above them; the last store's
+// spare lane lands one double past the last level.
+inline constexpr std::size_t kRepeatedDoubles = (kLevels + 1) * kRepeatedLevel + 1;
+
+QUARNEL_KERNEL void StoreRepeated(const Level& v, double* level) {
+    std::memcpy(level, &v, sizeof v);
+    std::memcpy(level + kPlanes, &v, sizeof v);  // its red overwrites the first store's spare lane
 }
 
-// A level's lanes in the three orders of the points' twelve floats:
-// (r g b r), (g b r g) and (b r g b).
-// (Written out through references: a 32-byte vector passed by value would
-// change the calling convention of the baseline form.)
-QUARNEL_KERNEL void Rotate(const Level& v, Level& fromRed, Level& fromGreen, Level& fromBlue) {
-    fromRed = __builtin_shufflevector(v, v, 0, 1, 2, 0);
-    fromGreen = __builtin_shufflevector(v, v, 1, 2, 0, 1);
-    fromBlue = __builtin_shufflevector(v, v, 2, 0, 1, 2);
+QUARNEL_KERNEL void LoadLevel(const double* at, Level& v) { std::memcpy(&v, at, sizeof v); }
+
+// The re-sampled levels over the full scale, the top level repeated above
+// the top. The top level reads the level below it (its encoded level comes
+// out a hair under 255), so the source stays as it is until every level is
+// done.
+QUARNEL_KERNEL void Normalise(const Level* source, double* repeated) {
+    const SrgbTaps& taps = Srgb();
+    Level v;
+    for (std::size_t i = 0; i < kLevels; ++i) {
+        Resample(taps, source, i, v);
+        DivideByFullScale(v);
+        StoreRepeated(v, repeated + i * kRepeatedLevel);
+    }
+    StoreRepeated(v, repeated + kLevels * kRepeatedLevel);
 }
 
 // Point j of level k: a + (b - a) x f[j], b the level above, as floats. The
 // lanes of a, b and f are placed for the points' twelve floats (see
-// NvTaps), and each level's rotations of b are the next level's rotations
-// of a.
-QUARNEL_KERNEL void PostGamma(const Level* normalised, float* post) {
+// NvTaps).
+QUARNEL_KERNEL void PostGamma(const double* repeated, float* post) {
     const NvTaps& t = Nv();
-    Level a0, a1, a2;
-    Rotate(normalised[0], a0, a1, a2);
 #pragma GCC unroll 5
     for (std::size_t k = 0; k < kTopLevel; ++k) {
-        Level b0, b1, b2;
-        Rotate(normalised[k + 1], b0, b1, b2);
+        const double* a = repeated + k * kRepeatedLevel;
+        const double* b = a + kRepeatedLevel;
+        Level a0, a1, a2, b0, b1, b2;
+        LoadLevel(a, a0);
+        LoadLevel(a + 1, a1);
+        LoadLevel(a + 2, a2);
+        LoadLevel(b, b0);
+        LoadLevel(b + 1, b1);
+        LoadLevel(b + 2, b2);
         const Level* f = &t.spread[kRotations * k];
         const LevelFloats p0 = __builtin_convertvector(a0 + (b0 - a0) * f[0], LevelFloats);
         const LevelFloats p1 = __builtin_convertvector(a1 + (b1 - a1) * f[1], LevelFloats);
@@ -129,16 +141,15 @@ QUARNEL_KERNEL void PostGamma(const Level* normalised, float* post) {
         std::memcpy(out, &p0, sizeof p0);
         std::memcpy(out + kLanes, &p1, sizeof p1);
         std::memcpy(out + 2 * kLanes, &p2, sizeof p2);
-        a0 = b0;
-        a1 = b1;
-        a2 = b2;
     }
 }
 
 // A single point of level k (a fifth point, or the top level's only one).
-QUARNEL_KERNEL void PostGammaPoint(const Level* normalised, std::size_t k, std::size_t j, float* post) {
-    const Level a = normalised[k];
-    const LevelFloats p = __builtin_convertvector(a + (normalised[k + 1] - a) * Nv().f[j], LevelFloats);
+QUARNEL_KERNEL void PostGammaPoint(const double* repeated, std::size_t k, std::size_t j, float* post) {
+    Level a, b;
+    LoadLevel(repeated + k * kRepeatedLevel, a);
+    LoadLevel(repeated + (k + 1) * kRepeatedLevel, b);
+    const LevelFloats p = __builtin_convertvector(a + (b - a) * Nv().f[j], LevelFloats);
     std::memcpy(post + j * kPlanes, &p, sizeof(float) * kPlanes);
 }
 
@@ -148,17 +159,16 @@ QUARNEL_KERNEL void PostGammaPoint(const Level* normalised, std::size_t k, std::
 QUARNEL_KERNEL void Nvidia(const uint16_t* inLut, float* outNv) {
     Level source[kLevels + 1];
     ToLevels(inLut, source);
-    Level levels[kLevels + 1];
-    Normalise(source, levels);
-    levels[kLevels] = levels[kTopLevel];
+    double repeated[kRepeatedDoubles];
+    Normalise(source, repeated);
 
     std::memcpy(outNv, NvPreGamma().data(), sizeof(float) * kNvFloatsPerArray);
     float* post = outNv + kNvFloatsPerArray;
-    PostGamma(levels, post);
+    PostGamma(repeated, post);
     const NvTaps& t = Nv();
     for (std::size_t n = 0; n < t.fifthCount; ++n)
-        PostGammaPoint(levels, t.fifth[n], t.first[t.fifth[n]] + kLanes, post);
-    PostGammaPoint(levels, kTopLevel, kPoints - 1, post);
+        PostGammaPoint(repeated, t.fifth[n], t.first[t.fifth[n]] + kLanes, post);
+    PostGammaPoint(repeated, kTopLevel, kPoints - 1, post);
 }
 
 QUARNEL_KERNEL void Igcl(const uint16_t* inLut, double* outIgcl) {
