@@ -187,11 +187,22 @@ QUARNEL_WIDE void SrgbLut16Wide(const uint16_t* in, uint16_t* out) { SrgbLut16(i
 QUARNEL_WIDE void NvidiaWide(const uint16_t* in, float* out) { Nvidia(in, out); }
 QUARNEL_WIDE void IgclWide(const uint16_t* in, double* out) { Igcl(in, out); }
 
+#ifdef QUARNEL_WIDER_VECTORS
+QUARNEL_WIDER void SrgbLut16Wider(const uint16_t* in, uint16_t* out) { SrgbLut16(in, out); }
+QUARNEL_WIDER void NvidiaWider(const uint16_t* in, float* out) { Nvidia(in, out); }
+QUARNEL_WIDER void IgclWider(const uint16_t* in, double* out) { Igcl(in, out); }
+#endif
+
 constexpr Kernels kBaseline{SrgbLut16Baseline, NvidiaBaseline, IgclBaseline};
 constexpr Kernels kWide{SrgbLut16Wide, NvidiaWide, IgclWide};
+#ifdef QUARNEL_WIDER_VECTORS
+constexpr Kernels kWider{SrgbLut16Wider, NvidiaWider, IgclWider};
+#else
+constexpr Kernels kWider = kWide;
+#endif
 
 }  // namespace
 
-const Kernels& ActiveKernels() { return *platform::ActiveForm(&kBaseline, &kWide); }
+const Kernels& ActiveKernels() { return *platform::ActiveForm(&kBaseline, &kWide, &kWider); }
 
 }  // namespace quarnel::convert

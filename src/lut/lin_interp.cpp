@@ -74,6 +74,11 @@ QUARNEL_KERNEL void Rebuild(int step, const SegmentEnds& ends, uint16_t* plane) 
 void RebuildBaseline(int step, const SegmentEnds& ends, uint16_t* plane) { Rebuild(step, ends, plane); }
 
 QUARNEL_WIDE void RebuildWide(int step, const SegmentEnds& ends, uint16_t* plane) { Rebuild(step, ends, plane); }
+#ifdef QUARNEL_WIDER_VECTORS
+QUARNEL_WIDER void RebuildWider(int step, const SegmentEnds& ends, uint16_t* plane) { Rebuild(step, ends, plane); }
+#else
+constexpr auto RebuildWider = RebuildWide;
+#endif
 
 int StepInForce(int step) { return step < 1 || step > kMaxStep ? kDefaultStep : step; }
 
@@ -82,7 +87,7 @@ void Interpolate(int step, ReadEntry entry, uint16_t* plane) {
     step = StepInForce(step);
     SegmentEnds ends;
     ReadEnds(step, entry, ends);
-    platform::ActiveForm(RebuildBaseline, RebuildWide)(step, ends, plane);
+    platform::ActiveForm(RebuildBaseline, RebuildWide, RebuildWider)(step, ends, plane);
 }
 
 }  // namespace
