@@ -9,6 +9,8 @@
 #include "core/lut16.h"
 #include "core/wide_vectors.h"
 #include "lut/convert_taps.h"
+#include "lut/convert_wider.h"
+#include "lut/level_kernels.h"
 #include "lut/level_vectors.h"
 #include "platform/processor.h"
 
@@ -18,40 +20,6 @@ namespace {
 constexpr std::size_t kLevels = kLutLevels;
 constexpr std::size_t kPlanes = kLutPlanes;
 constexpr std::size_t kPoints = kNvPoints;
-
-// The planes as levels of unscaled doubles, with a zero level above the top
-// for the re-sampling to read at the top. The entries are converted plane by
-// plane, where the loop vectorises, and then transposed four levels at a
-// time: the red, green and blue entries of levels i to i + 3, a vector each,
-// become the four levels.
-QUARNEL_KERNEL void ToLevels(const uint16_t* in, Level* levels) {
-    double entries[kLutEntries];
-    for (std::size_t k = 0; k < kLutEntries; ++k) entries[k] = in[k];
-    const Level zero{};
-    for (std::size_t i = 0; i < kLevels; i += kLanes) {
-        Level r, g, b;
-        std::memcpy(&r, entries + i, sizeof r);
-        std::memcpy(&g, entries + kLevels + i, sizeof g);
-        std::memcpy(&b, entries + 2 * kLevels + i, sizeof b);
-        const Level evenRg = __builtin_shufflevector(r, g, 0, 4, 2, 6);  // r0 g0 r2 g2
-        const Level oddRg = __builtin_shufflevector(r, g, 1, 5, 3, 7);   // r1 g1 r3 g3
-        const Level evenB = __builtin_shufflevector(b, zero, 0, 4, 2, 6);
-        const Level oddB = __builtin_shufflevector(b, zero, 1, 5, 3, 7);
-        levels[i] = __builtin_shufflevector(evenRg, evenB, 0, 1, 4, 5);
-        levels[i + 1] = __builtin_shufflevector(oddRg, oddB, 0, 1, 4, 5);
-        levels[i + 2] = __builtin_shufflevector(evenRg, evenB, 2, 3, 6, 7);
-        levels[i + 3] = __builtin_shufflevector(oddRg, oddB, 2, 3, 6, 7);
-    }
-    levels[kLevels] = zero;
-}
-
-// Level i re-sampled through the sRGB encoding: a + (b - a) x f, b the level
-// above a.
-QUARNEL_KERNEL void Resample(const SrgbTaps& t, const Level* source, std::size_t i, Level& out) {
-    const Level a = source[t.lo[i]];
-    const Level b = source[t.lo[i] + 1];
-    out = a + (b - a) * t.f[i];
-}
 
 // Four entries of one plane.
 using PlaneQuad = uint16_t __attribute__((vector_size(kLanes * sizeof(uint16_t))));
@@ -145,12 +113,11 @@ QUARNEL_KERNEL void PostGamma(const double* repeated, float* post) {
 }
 
 // A single point of level k (a fifth point, or the top level's only one).
-QUARNEL_KERNEL void PostGammaPoint(const double* repeated, std::size_t k, std::size_t j, float* post) {
+QUARNEL_KERNEL void RepeatedPoint(const double* repeated, std::size_t k, std::size_t j, float* post) {
     Level a, b;
     LoadLevel(repeated + k * kRepeatedLevel, a);
     LoadLevel(repeated + (k + 1) * kRepeatedLevel, b);
-    const LevelFloats p = __builtin_convertvector(a + (b - a) * Nv().f[j], LevelFloats);
-    std::memcpy(post + j * kPlanes, &p, sizeof(float) * kPlanes);
+    PostGammaPoint(a, b, j, post);
 }
 
 // Re-samples through the sRGB encoding, normalises and interpolates the
@@ -167,8 +134,8 @@ QUARNEL_KERNEL void Nvidia(const uint16_t* inLut, float* outNv) {
     PostGamma(repeated, post);
     const NvTaps& t = Nv();
     for (std::size_t n = 0; n < t.fifthCount; ++n)
-        PostGammaPoint(repeated, t.fifth[n], t.first[t.fifth[n]] + kLanes, post);
-    PostGammaPoint(repeated, kTopLevel, kPoints - 1, post);
+        RepeatedPoint(repeated, t.fifth[n], t.first[t.fifth[n]] + kLanes, post);
+    RepeatedPoint(repeated, kTopLevel, kPoints - 1, post);
 }
 
 QUARNEL_KERNEL void Igcl(const uint16_t* inLut, double* outIgcl) {
@@ -189,7 +156,6 @@ QUARNEL_WIDE void IgclWide(const uint16_t* in, double* out) { Igcl(in, out); }
 
 #ifdef QUARNEL_WIDER_VECTORS
 QUARNEL_WIDER void SrgbLut16Wider(const uint16_t* in, uint16_t* out) { SrgbLut16(in, out); }
-QUARNEL_WIDER void NvidiaWider(const uint16_t* in, float* out) { Nvidia(in, out); }
 QUARNEL_WIDER void IgclWider(const uint16_t* in, double* out) { Igcl(in, out); }
 #endif
 

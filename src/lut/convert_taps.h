@@ -30,7 +30,9 @@ struct SrgbTaps {
 // A level's first four points are twelve floats, red, green and blue in
 // turn, written as three vectors: (r0 g0 b0 r1), (g1 b1 r2 g2) and
 // (b2 r3 g3 b3). `spread` holds their fractions in that order, three vectors
-// per level below the top; `fifth` lists the levels with a fifth point.
+// per level below the top, level after level: where a level has four
+// points, its fractions and the next level's are the 24 in the points'
+// order. `fifth` lists the levels with a fifth point.
 inline constexpr std::size_t kRotations = 3;
 
 struct NvTaps {
