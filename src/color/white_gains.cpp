@@ -65,10 +65,9 @@ void SolveWhiteGains(GainSolverState& state, Xy target, double gain[3]) {
     double resultY = 0.0;
     for (int i = 0; i < 3; ++i) {
         const double mixY = k[limit] * share[i];
-        gain[i] = std::pow(mixY / state.point[i].Y, 1.0 / state.gamma);
+        gain[i] = i == limit ? 1.0 : std::pow(mixY / state.point[i].Y, 1.0 / state.gamma);
         resultY += mixY;
     }
-    gain[limit] = 1.0;
     state.resultY = resultY;
     if (state.nativeY != 0.0) state.lumChangePct = (resultY - state.nativeY) / state.nativeY * kPercent;
 }
