@@ -21,8 +21,10 @@ public:
     GainedLut(const double* levels, const GainTriple& gains, const uint16_t* base)
         : levels_(levels), gains_(gains), base_(base) {}
 
-    uint16_t Entry(int channel, int level) const override {
-        return GainedEntry(base_ + LutIndex(channel, 0), levels_[level], gains_[static_cast<std::size_t>(channel)]);
+    void Entries(int channel, const int* levels, int count, uint16_t* out) const override {
+        const uint16_t* plane = base_ + LutIndex(channel, 0);
+        const double gain = gains_[static_cast<std::size_t>(channel)];
+        for (int i = 0; i < count; ++i) out[i] = GainedEntry(plane, levels_[levels[i]], gain);
     }
     void Fill(uint16_t* lut) const override { ApplyGainsAtLevels(levels_, gains_.data(), base_, lut); }
 

@@ -72,10 +72,6 @@ void ApplyGainsAtLevels(const double level[256], const double gain[3], const uin
     Apply(level, gain, src, dst);
 }
 
-uint16_t GainedEntry(const uint16_t* plane, double level, double gain) {
-    return plane[HalfUpWithin(level * gain, kTopLevel)];
-}
-
 GainTriple BlendedGains(GainSolverState& state, double t, const double a[3], const double b[3]) {
     state.gamma = kSolverGamma;
     state.flags = 0;

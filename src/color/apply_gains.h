@@ -5,6 +5,8 @@
 #include <cstdint>
 
 #include "color/gain_types.h"
+#include "core/half_up.h"
+#include "core/lut16.h"
 
 namespace quarnel {
 
@@ -21,7 +23,9 @@ void ApplyGainsAtLevels(const double level[256], const double gain[3], const uin
 
 // One entry of what ApplyGainsAtLevels writes: plane[half-up(level x
 // gain)], held inside the plane likewise.
-uint16_t GainedEntry(const uint16_t* plane, double level, double gain);
+inline uint16_t GainedEntry(const uint16_t* plane, double level, double gain) {
+    return plane[HalfUpWithin(level * gain, kTopLevel)];
+}
 
 // The gains (1 - t) x a + t x b; leaves the largest of the three in
 // state.maxGain. A t outside 0..1 (or not a number) is clamped to the nearer

@@ -40,8 +40,9 @@ inline constexpr int SMOOTH_LEVEL_MIN = 30;
 // such a table is worked out whole only where a step reads it whole.
 class PendingLut {
 public:
-    // Entry `level` of plane `channel`.
-    virtual uint16_t Entry(int channel, int level) const = 0;
+    // The entries of plane `channel` at `levels[0]` to `levels[count - 1]`,
+    // into `out`.
+    virtual void Entries(int channel, const int* levels, int count, uint16_t* out) const = 0;
     // Every entry, into `lut`.
     virtual void Fill(uint16_t* lut) const = 0;
 

@@ -32,13 +32,20 @@ struct SegmentEnds {
     int32_t at16 = 0;
 };
 
-// Reads the ends through `entry` (the plane's entry at an index), before any
-// entry of the plane is written.
-template <typename ReadEntry>
-void ReadEnds(int step, ReadEntry entry, SegmentEnds& ends) {
-    ends.level[0] = entry(0) >> 8;
-    for (int s = 0; s < kTopLevel; s += step) ends.level[++ends.segments] = entry(std::min(s + step, kTopLevel)) >> 8;
-    if (step != kDefaultStep) ends.at16 = entry(kDefaultStep) >> 8;
+// Reads the ends through `entries` (the plane's entries at a list of
+// indices, in one go), before any entry of the plane is written.
+template <typename ReadEntries>
+void ReadEnds(int step, ReadEntries entries, SegmentEnds& ends) {
+    int at[kLutLevels + 1];
+    int count = 0;
+    at[count++] = 0;
+    for (int s = 0; s < kTopLevel; s += step) at[count++] = std::min(s + step, kTopLevel);
+    ends.segments = count - 1;
+    if (step != kDefaultStep) at[count++] = kDefaultStep;
+    uint16_t entry[kLutLevels + 1];
+    entries(at, count, entry);
+    for (int i = 0; i <= ends.segments; ++i) ends.level[i] = entry[i] >> 8;
+    if (step != kDefaultStep) ends.at16 = entry[ends.segments + 1] >> 8;
 }
 
 // The channels are independent, so each is interpolated on its own plane,
@@ -82,24 +89,28 @@ constexpr auto RebuildWider = RebuildWide;
 
 int StepInForce(int step) { return step < 1 || step > kMaxStep ? kDefaultStep : step; }
 
-template <typename ReadEntry>
-void Interpolate(int step, ReadEntry entry, uint16_t* plane) {
+template <typename ReadEntries>
+void Interpolate(int step, ReadEntries entries, uint16_t* plane) {
     step = StepInForce(step);
     SegmentEnds ends;
-    ReadEnds(step, entry, ends);
+    ReadEnds(step, entries, ends);
     platform::ActiveForm(RebuildBaseline, RebuildWide, RebuildWider)(step, ends, plane);
 }
 
 }  // namespace
 
 void LutLinInterp8Bit(int step, uint16_t* plane) {
-    Interpolate(
-        step, [plane](int i) { return plane[i]; }, plane);
+    const auto entries = [plane](const int* at, int count, uint16_t* out) {
+        for (int i = 0; i < count; ++i) out[i] = plane[at[i]];
+    };
+    Interpolate(step, entries, plane);
 }
 
 void LutLinInterp8Bit(int step, const PendingLut& from, int channel, uint16_t* plane) {
-    Interpolate(
-        step, [&from, channel](int i) { return from.Entry(channel, i); }, plane);
+    const auto entries = [&from, channel](const int* at, int count, uint16_t* out) {
+        from.Entries(channel, at, count, out);
+    };
+    Interpolate(step, entries, plane);
 }
 
 }  // namespace quarnel
