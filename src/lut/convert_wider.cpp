@@ -36,20 +36,20 @@ QUARNEL_KERNEL void Join(const Level& low, const Level& high, Pair& pair) {
 
 // Levels i and i + 1 re-sampled through the sRGB encoding and normalised,
 // lane for lane as the other forms do it: a + (b - a) x f, over the full
-// scale.
-QUARNEL_KERNEL void NormalisedPair(const SrgbTaps& t, const Level* source, std::size_t i, Pair& out) {
+// scale (with fused multiply-adds, to the same bits).
+QUARNEL_WIDER QUARNEL_KERNEL void NormalisedPair(const SrgbTaps& t, const Level* source, std::size_t i, Pair& out) {
     Pair a, b, f;
     Join(source[t.lo[i]], source[t.lo[i + 1]], a);
     Join(source[t.lo[i] + 1], source[t.lo[i + 1] + 1], b);
     Join(Level{t.f[i], t.f[i], t.f[i], t.f[i]}, Level{t.f[i + 1], t.f[i + 1], t.f[i + 1], t.f[i + 1]}, f);
     out = a + (b - a) * f;
-    DivideByFullScale(out);
+    DivideByFullScaleFused(reinterpret_cast<__m512d&>(out));
 }
 
 // The normalised levels, the top level repeated above the top. The source
 // is an array of its own, so the top level reads the level below it as it
 // was.
-QUARNEL_KERNEL void NormalisePairs(const Level* source, Level* levels) {
+QUARNEL_WIDER QUARNEL_KERNEL void NormalisePairs(const Level* source, Level* levels) {
     const SrgbTaps& taps = Srgb();
     for (std::size_t i = 0; i < kLutLevels; i += kPair) {
         Pair v;

@@ -14,6 +14,7 @@
 #include "core/srgb.h"
 #include "lut/bright_ctrl.h"
 #include "lut/convert.h"
+#include "platform/processor.h"
 #include "support/capture.h"
 
 namespace quarnel {
@@ -97,8 +98,19 @@ TEST(LutProperty, NvidiaPostGammaIsThePlainConversionBitForBit) {
     EXPECT_EQ(differing, 0);
 }
 
+#ifdef QUARNEL_WIDER_VECTORS
+constexpr std::size_t kFusedLanes = 8;
+
+// The fused quotient of eight values at a time.
+QUARNEL_WIDER void DivideFused(const double* x, double* q) {
+    __m512d v = _mm512_loadu_pd(x);
+    DivideByFullScaleFused(v);
+    _mm512_storeu_pd(q, v);
+}
+#endif
+
 // Every 16-bit entry, and values between entries with every kind of
-// fraction, come out as the division rounds them.
+// fraction, come out as the division rounds them, in both ways of dividing.
 TEST(LutProperty, DivisionFreeQuotientIsTheDivisionsBitForBit) {
     std::mt19937_64 rng(7);
     std::uniform_int_distribution<int> entry(0, 65535);
@@ -116,6 +128,16 @@ TEST(LutProperty, DivisionFreeQuotientIsTheDivisionsBitForBit) {
         wrong += q != x / kLutFullScale;
     }
     EXPECT_EQ(wrong, 0);
+#ifdef QUARNEL_WIDER_VECTORS
+    if (!platform::ActiveProcessor().HasWiderVectors()) return;
+    int wrongFused = 0;
+    for (std::size_t i = 0; i + kFusedLanes <= xs.size(); i += kFusedLanes) {
+        double q[kFusedLanes];
+        DivideFused(&xs[i], q);
+        for (std::size_t k = 0; k < kFusedLanes; ++k) wrongFused += q[k] != xs[i + k] / kLutFullScale;
+    }
+    EXPECT_EQ(wrongFused, 0);
+#endif
 }
 
 }  // namespace
