@@ -66,11 +66,8 @@ std::vector<unsigned char> Bytes(const Arrays&... arrays) {
 template <typename Run>
 bool SameInEveryForm(const std::vector<Form>& forms, Run run, const std::string& what) {
     const std::vector<unsigned char> baseline = RunOn(Form::kBaseline, run);
-    for (Form form : forms) {
-        EXPECT_EQ(RunOn(form, run), baseline) << what << ", form " << static_cast<int>(form);
-        if (::testing::Test::HasFailure()) return false;
-    }
-    return true;
+    for (Form form : forms) EXPECT_EQ(RunOn(form, run), baseline) << what << ", form " << static_cast<int>(form);
+    return !::testing::Test::HasFailure();
 }
 
 TEST(WideForms, EveryStepGivesTheBaselineBitForBit) {
