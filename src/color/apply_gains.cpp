@@ -89,9 +89,4 @@ GainTriple BlendedGains(GainSolverState& state, double t, const double a[3], con
     return blend;
 }
 
-void BlendGains(GainSolverState& state, double t, const double a[3], const double b[3], const uint16_t* src,
-                uint16_t* dst) {
-    ApplyGainsToLut(src, BlendedGains(state, t, a, b).data(), dst);
-}
-
 }  // namespace quarnel

@@ -33,8 +33,4 @@ inline uint16_t GainedEntry(const uint16_t* plane, double level, double gain) {
 // clears state.flags first.
 GainTriple BlendedGains(GainSolverState& state, double t, const double a[3], const double b[3]);
 
-// Applies BlendedGains(state, t, a, b) to `src` into `dst`.
-void BlendGains(GainSolverState& state, double t, const double a[3], const double b[3], const uint16_t* src,
-                uint16_t* dst);
-
 }  // namespace quarnel

@@ -1,10 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "color/slider.h"
 
-#include <algorithm>
-
 #include "color/apply_gains.h"
-#include "core/lut16.h"
 
 namespace quarnel {
 namespace {
@@ -32,13 +29,6 @@ SliderTable SliderRequestTable(double interval, const ModeGains& gains, bool fro
         return {SliderTable::kGained, BlendedGains(state, 0.0, gains.normal.data(), gains.normal.data())};
     }
     return {};
-}
-
-int32_t BuildSliderLut(double interval, const ModeGains& gains, bool fromBios, const uint16_t* base, uint16_t* out) {
-    const SliderTable table = SliderRequestTable(interval, gains, fromBios);
-    if (table.kind == SliderTable::kGained) ApplyGainsToLut(base, table.gains.data(), out);
-    if (table.kind == SliderTable::kBase) std::copy_n(base, kLutEntries, out);
-    return 0;
 }
 
 // The clamp is written out: a position that is not a number passes none of

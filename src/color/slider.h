@@ -21,10 +21,6 @@ struct SliderTable {
 };
 SliderTable SliderRequestTable(double interval, const ModeGains& gains, bool fromBios);
 
-// The slider LUT of request 2: SliderRequestTable written into `out`, which
-// keeps what it held where that is nothing. Always returns 0.
-int32_t BuildSliderLut(double interval, const ModeGains& gains, bool fromBios, const uint16_t* base, uint16_t* out);
-
 // The gains of the VX modes at slider position `interval`, clamped to
 // 0.5..1.5: the warm gains at 0.5, the normal ones at 1.0, the cold ones at
 // 1.5, on a straight line in between.

@@ -52,11 +52,9 @@ TEST(CheckGain, RaisesLowGainsToTheMinimumOutput) {
 }
 
 // The slider's ends are inclusive; past them request 2 falls back to the normal gains.
-TEST(BuildSliderLut, EndsAtHalfAndOneAndAHalf) {
+TEST(SliderRequestTable, EndsAtHalfAndOneAndAHalf) {
     ModeGains g;
     g.normal = {0.9, 0.8, 1.0}, g.warm = {1.0, 0.7, 0.45}, g.cold = {0.6, 0.9, 1.0};
-    Lut16 base, out, expected;
-    FillIdentity(base.data());
     // Interval, the slider LUT's gains, and the VX modes' gains, which clamp to the ends instead.
     const std::tuple<double, GainTriple, GainTriple> cases[] = {{0.49, g.normal, g.warm},
                                                                 {0.5, g.warm, g.warm},
@@ -64,13 +62,11 @@ TEST(BuildSliderLut, EndsAtHalfAndOneAndAHalf) {
                                                                 {1.5, g.cold, g.cold},
                                                                 {1.51, g.normal, g.cold}};
     for (const auto& [interval, gain, vx] : cases) {
-        EXPECT_EQ(BuildSliderLut(interval, g, true, base.data(), out.data()), 0);
-        ApplyGainsToLut(base.data(), gain.data(), expected.data());
-        EXPECT_EQ(out, expected) << interval;
+        const SliderTable table = SliderRequestTable(interval, g, true);
+        EXPECT_EQ(std::tuple(table.kind, table.gains), std::tuple(SliderTable::kGained, gain)) << interval;
         EXPECT_EQ(SliderGains(interval, g), vx) << interval;
     }
-    BuildSliderLut(std::nan(""), g, true, base.data(), out.data());  // not a number: writes nothing
-    EXPECT_EQ(out, expected);
+    EXPECT_EQ(SliderRequestTable(std::nan(""), g, true).kind, SliderTable::kNothing);  // not a number: writes nothing
 }
 
 }  // namespace

@@ -37,7 +37,7 @@ TEST(ApplyGainsToLut, ReadsTheBaseAtTheHalfUpScaledLevel) {
     EXPECT_EQ(dst, Applied({0.9, 0.7, 0.4}));
 }
 
-TEST(BlendGains, MixesClampsAndReportsTheLargestGain) {
+TEST(BlendedGains, MixesClampsAndReportsTheLargestGain) {
     const double a[3] = {1.0, 0.75, 0.5}, b[3] = {0.5, 0.25, 1.0};
     const struct {
         double t;
@@ -56,7 +56,7 @@ TEST(BlendGains, MixesClampsAndReportsTheLargestGain) {
         GainSolverState s;
         s.flags = 0xFF;
         Lut16 dst{};
-        BlendGains(s, tc.t, a, b, src.data(), dst.data());
+        ApplyGainsToLut(src.data(), BlendedGains(s, tc.t, a, b).data(), dst.data());
         EXPECT_EQ(std::tuple(s.flags, s.gamma, s.maxGain, dst),
                   std::tuple(tc.flags, 2.2, std::max({tc.gain[0], tc.gain[1], tc.gain[2]}), Applied(tc.gain)))
             << tc.t;
