@@ -10,6 +10,12 @@ set(QUARNEL_CMAKE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/quarnel)
 
 install(TARGETS quarnel EXPORT quarnelTargets FILE_SET HEADERS)
 if(TARGET quarnel_tool)
+  if(NOT WIN32)
+    # The tool finds the library installed beside it, under whatever prefix
+    # the tree is installed or moved to.
+    file(RELATIVE_PATH tool_to_lib /${CMAKE_INSTALL_BINDIR} /${CMAKE_INSTALL_LIBDIR})
+    set_target_properties(quarnel_tool PROPERTIES INSTALL_RPATH "$ORIGIN/${tool_to_lib}")
+  endif()
   install(TARGETS quarnel_tool)
 endif()
 

@@ -41,6 +41,8 @@ linux() {
   cmake --preset release >/dev/null
   cmake --build --preset release >/dev/null
   cmake --install build/release --prefix "$tmp/prefix" >/dev/null
+  echo "== the installed tool finds its library"
+  env -u LD_LIBRARY_PATH "$tmp/prefix/bin/quarnel" version
 
   echo "== consumer through find_package"
   consumer "$tmp/cmake" -DCMAKE_PREFIX_PATH="$tmp/prefix"
