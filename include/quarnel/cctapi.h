@@ -23,7 +23,11 @@
  *   library, whichever export and whichever context record it uses.
  * - Messages: "Enter"/"Exit" lines go to the system debugger (elsewhere:
  *   standard error when the environment variable QUARNEL_DEBUG is 1);
- *   formatted messages go to the process's standard output.
+ *   formatted messages go to the process's standard output, by design and
+ *   with no switch: request 1 then request 2 on a calibration file print
+ *   about 17 lines. A caller that needs standard output for itself
+ *   redirects it around the calls (or runs them with it sent to a null
+ *   device); the record, not the text, carries every result.
  * - Trace log: while the fixed trace file exists (C:\QXTRACE\VOKLOG\CctTrace.txt
  *   on Windows, /var/log/QXTRACE/VOKLOG/CctTrace.txt elsewhere), each CCTAPI
  *   call replaces its content with that call's dumps and each CCTAPI_VX call
@@ -135,12 +139,28 @@ enum {
  * 65280). The 1024-entry float arrays interleave red, green, blue per entry;
  * the IGCL doubles are planar. The library reads and writes nothing beyond
  * the last field and frees nothing the record points to.
+ *
+ * A zeroed record is not a ready one. Two inputs need a value:
+ * - icc: the panel's colour space, used by request 1 when no factory data is
+ *   found (with factory data it is only checked). A row with X <= 0, Y <= 0
+ *   or Z < 0, or Z = 0 in the blue or white row, makes request 1 write its
+ *   built-in table (the sRGB primaries adapted to D50, white D65) into icc,
+ *   compute the gains from that and return CCT_ERR_ICC_DEFAULTED (-2),
+ *   unless the calibration source fails after it (-3, -4). So a zeroed icc
+ *   turns a good request 1 into -2; fill it to get 0.
+ * - lutDcModeScale: 1 leaves the mode's table as built; a lower value dims
+ *   it by resampling the table toward its dark end, the more the lower.
+ *   At 0 (a zeroed record) the table comes out black, every entry 0, for
+ *   every lutApiType but 3 (only very dim where the mode's green stays at or
+ *   below a fifth of full scale past input 102); type 3 dims less and lifts
+ *   the result until its dimmest channel's top reaches 55 % of full scale.
+ *   Values outside 0..1 act as the nearer end. Request 8 ignores it.
  */
 typedef struct CctContext {
     uint32_t version;              /* out (request 0): CCTAPI_INTERFACE_VERSION */
     int32_t cctWarning;            /* out: warning word of the last call (every request but 0) */
     double interval;               /* in: slider, 0.5 warm end, 1.0 normal, 1.5 cold end */
-    double icc[4][3];              /* in: rows red, green, blue, white; columns X, Y, Z (request 1 may default it) */
+    double icc[4][3];              /* in: rows red, green, blue, white; columns X, Y, Z (see above) */
     double bios[4][3];             /* out (request 1): factory measurement, as icc */
     int32_t fromBios;              /* out (request 1): 1 when factory calibration data was found */
     uint16_t oriLut[3][256];       /* out (request 1): the panel's base Lut16 */
@@ -152,7 +172,8 @@ typedef struct CctContext {
     double gainReadStrong[3];      /* out (request 1): gains of the strong reading mode */
     double gainReadWeak[3];        /* out (request 1): gains of the weak reading mode */
     double rdLevels;               /* in: number of reading-mode levels */
-    double rdIndex;                /* in/out: reading level of request 7 (reset to 0 outside 0..rdLevels - 1) */
+    double rdIndex;                /* in/out: request 7's blend position itself: 0 weak, 0.5 halfway, 1 and above
+                                      strong (reset to 0 outside 0..rdLevels - 1) */
     int32_t gammaK;                /* out (request 1): nonzero selects gammaLut as base LUT */
     uint16_t gammaLut[3][256];     /* out (request 1): factory gamma-corrected base Lut16 */
     int32_t biosVer;               /* out (request 1): calibration data version, -1 when none */
@@ -162,7 +183,7 @@ typedef struct CctContext {
     const char* kalzenFilename;    /* in: its name, appended to kalzenPath as it stands */
     int32_t panelIndex;            /* in: which panel's calibration record, 0 or 1 */
     int32_t lutApiType;            /* in: driver output format, 0..5 (CCT_LUT_API_*) */
-    double lutDcModeScale;         /* in: brightness scale of requests 2 to 7 and CCTAPI_VX */
+    double lutDcModeScale;         /* in: brightness of requests 2 to 7 and CCTAPI_VX, 0..1 (see above) */
     float outNvPreGamma[1024][3];  /* out: NVIDIA pre-gamma floats */
     float outNvPostGamma[1024][3]; /* out: NVIDIA post-gamma floats, directly behind the above */
 } CctContext;
