@@ -1,23 +1,27 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""Recomputes panels' gains and driver outputs from the formulas, apart from the
-library, and compares them with the end-to-end records
-(tests/data/e2e/records/*.txt).
+"""Recomputes every call of the end-to-end records (tests/data/e2e/records/*.txt)
+from the formulas, apart from the library, and compares them value for value.
 
-For a calibration block of version 1 to 4 (identity base LUT) or 6 and later
-(base LUT decoded from its LUT string, by position lists or the fixed Huffman
-code), it solves the five white-point gains of the initialisation request,
-then builds request 2 at slider positions 1.0, 0.75 and 1.4 and the theater,
-vivid and reading requests 3 to 7, improves each LUT (dark-end smoothing, or
+A record names its caller's inputs (ICC table, brightness scale, calibration
+file choice, panel index, reading levels, the VX tone curve) and the 512-byte
+block it was made with. From those this model reads the block as the library
+would (magic and CRCs, the factory gamma LUT of version 6 and later from its
+LUT string, the factory gamma table of version 5 from its tone measurements,
+or no factory data at all), solves the gains of the initialisation request
+with and without the fixed target of flag 0x80, builds requests 2 to 7 with
+and without the re-gamma flag 0x80 and the gain recomputation 0x40, the
+native request 8 and the VX modes, improves each LUT (dark-end smoothing, or
 step interpolation for version 7), applies the brightness scale and converts
-it for every lut api type 0 to 6: plain and sRGB-folded 16-bit tables, the
-IGCL doubles, the NVIDIA floats (where the record keeps them by value), the
-QCOM brightness and the rejected type 6. Not covered: version 5 factory gamma
-tables, the panels without factory data, the re-gamma and gain flags and the
-VX modes.
+it for every lut api type 0 to 6. Each call's status, factory fields, gains,
+16-bit table, IGCL doubles and NVIDIA floats (where the record keeps them by
+value) are compared with the record.
 
-Usage: reference_pipeline.py RECORD[:SCALE[:STEP]]...   (exit status 1 on any difference)
+Usage: reference_pipeline.py RECORD...   (exit status 1 on any difference)
 """
+import array
+import copy
+import functools
 import math
 import struct
 import sys
@@ -209,36 +213,74 @@ def check_gain(gain, base, threshold=0.4):
     return gain
 
 
-def init_gains(block, base, threshold):
-    version = block[4]
-    rows = [list(struct.unpack_from('<3f', block, 12 + 12 * r)) for r in range(4)]
-    first_white, lum_target, default_white = (0.3, 0.315), 0.0, (0.0, 0.0)
-    if version >= 4:
-        v = struct.unpack_from('<5f', block, 71)
-        first_white, lum_target, default_white = v[0:2], v[2], v[3:5]
-    solver = Solver(rows)
-    if version < 4:
-        normal = solver.solve((OLD_DEFAULT_WHITE, OLD_DEFAULT_WHITE),
-                              lum_floor=lambda y: (y ** 0.4 - LUM_DIFF) ** 2.5)
-    else:
-        drop = rows[3][1] - lum_target
-        normal = solver.solve(default_white, lum_floor=lambda y: y - drop)
-    n_gain, n_target, n_cct = normal
-    warm = solver.solve(cct=n_cct - 1000)[0]
-    cold = solver.solve(cct=n_cct + 1000)[0]
-    weak, strong = reading_targets(n_target)
-    gains = {'Nor': n_gain, 'W': warm, 'C': cold,
-             'RdW': solver.solve(weak)[0], 'RdS': solver.solve(strong)[0]}
-    for name in ('W', 'C', 'Nor', 'RdW', 'RdS'):
-        check_gain(gains[name], base, threshold)
-    return gains, solver
 
 
-def theater(solver, base, threshold):
-    gain = check_gain([g * 1.05 for g in solver.solve((0.3418, 0.3757))[0]], base, threshold)
-    return [[base[c][half_up(min(i * gain[c], 255))] for i in range(256)] for c in range(3)]
+# ---- the factory gamma table of version 5 data ------------------------------
+
+LEVELS = (0, 42, 86, 128, 168, 210, 255)
+SEGMENT_POWERS = {0: 2.2, 2: 1.17, 3: 1.12, 4: 1.09, 5: 1.08}  # segment 1 follows a quadratic instead
 
 
+def tone_points(block):
+    """Seven XYZ measurements per primary: black, the five grey levels, full drive."""
+    rows = primaries(block)
+    black = list(struct.unpack_from('<3f', block, 285))
+    tone = struct.unpack_from('<45f', block, 103)
+    return [[black] + [list(tone[p * 15 + 3 * k:p * 15 + 3 * k + 3]) for k in range(5)] + [rows[p]]
+            for p in range(3)]
+
+
+def fit_exponent(points, c):
+    best, exponent = 9999.0, 0.0
+    for k in range(1000):
+        g = k / 100
+        err = sum(abs((LEVELS[j] / LEVELS[6]) ** g - points[j][c] / points[6][c]) ** 2 for j in range(7))
+        if err < best:
+            best, exponent = err, g
+    return exponent
+
+
+def response_curve(points):
+    curve = [[-1.0] * 3 for _ in range(256)]
+    for k in range(6):
+        lo, hi = LEVELS[k], LEVELS[k + 1]
+        for i in range(lo + (k == 1), hi + (k != 1)):
+            if k == 1:
+                t = half_up((i - lo) * 255 / (hi - lo))
+                f = 6e-06 * t ** 2 + 0.002305 * t + 0.000799
+            else:
+                f = (half_up((i - lo) * 255 / (hi - lo)) / 255) ** SEGMENT_POWERS[k]
+            curve[i] = [points[k][c] + f * (points[k + 1][c] - points[k][c]) for c in range(3)]
+    return curve
+
+
+def inverse(curve, c, exponent, i):
+    top = curve[255][c]
+    s = i / 255
+    aim = (s / 12.92 if s < 0.04045 else ((s + 0.055) / 1.055) ** 2.4) * top
+    k = half_up((aim / top) ** (1 / exponent if exponent else math.inf) * 255)  # as 1 / 0.0 is in C
+    step = -1 if curve[k][c] - aim > 0 else 1 if curve[k][c] - aim < 0 else 0
+    while step and 0 <= k + step <= 255 and abs(curve[k + step][c] - aim) < abs(curve[k][c] - aim):
+        k += step
+    return max(k, 0)
+
+
+@functools.lru_cache
+def factory_gamma(block):
+    """The gamma LUT of version 5 data: per channel, the drive code whose measured response meets sRGB."""
+    lut = []
+    for points in tone_points(block):
+        exponents = [fit_exponent(points, c) for c in range(3)]
+        curve = response_curve(points)
+        weights = [v / sum(curve[255]) for v in curve[255]]
+        table = [half_up(sum(weights[c] * inverse(curve, c, exponents[c], i) for c in range(3)))
+                 for i in range(256)]
+        k = next((k for k, v in enumerate(table) if v > 30), 0)
+        if k > 0:
+            top = table[k]
+            table[:k + 1] = [half_up(j / k * top) for j in range(k + 1)]
+        lut.append([v * 256 for v in table])
+    return lut
 # ---- LUT steps --------------------------------------------------------------
 
 def apply_gains(gain, base):
@@ -251,13 +293,26 @@ def blend(t, a, b, base):
     return apply_gains(gain, base)
 
 
+def vivid_level(i):
+    return i if i < 50 else 0.00309841269841269 * i * i - 1.01587301587301e-5 * i ** 3 + 0.87047619047619 * i
+
+
 def vivid(gain, base):
-    out = [[0] * 256 for _ in range(3)]
-    for i in range(256):
-        x = i if i < 50 else 0.00309841269841269 * i * i - 1.01587301587301e-5 * i ** 3 + 0.87047619047619 * i
-        for c in range(3):
-            out[c][i] = base[c][math.trunc(min(max(x * gain[c], 0.0), 255.0) + 0.5)]
-    return out
+    return [[base[c][math.trunc(min(max(vivid_level(i) * gain[c], 0.0), 255.0) + 0.5)] for i in range(256)]
+            for c in range(3)]
+
+
+def compose(curve, lut):
+    """Each level of `lut` re-read at the level that `curve` names for it."""
+    return [[lut[c][min(max(math.trunc(curve[c][i] / 65280.0 * 255.0 + 0.5), 0), 255)] for i in range(256)]
+            for c in range(3)]
+
+
+@functools.cache
+def regamma_curve():
+    """The 2.6-over-2.2 curve of flag 0x80, in single precision."""
+    plane = [math.trunc(f32(f32(math.pow(f32(i / 255.0), f32(1.1818181))) * 65280.0)) for i in range(256)]
+    return [plane] * 3
 
 
 def smooth(lut):
@@ -362,12 +417,16 @@ def bright(lut, api_type, scale):
     return out
 
 
+def srgb_encode(x):
+    return x * 12.92 if x <= 0.0031308 else 1.055 * x ** (1 / 2.4) - 0.055
+
+
 def srgb_resample(lut):
     """Entry i of the LUT re-read at the sRGB encoding of i / 255, linearly between neighbours."""
     out = [[0.0] * 256 for _ in range(3)]
     for i in range(256):
         x = i / 255.0
-        p = (x * 12.92 if x <= 0.0031308 else 1.055 * x ** (1 / 2.4) - 0.055) * 255.0
+        p = srgb_encode(x) * 255.0
         lo, hi = max(0, math.floor(p)), min(255, math.ceil(p))
         for c in range(3):
             w = lut[c]
@@ -389,20 +448,219 @@ def nvidia(lut):
     return pre + post
 
 
-def tail(lut, api_type, scale, step):
-    """Improvement, brightness and conversion: (outLut, IGCL doubles or None, NVIDIA floats or None)."""
-    if step is not None:
-        lut = interpolate(lut, step)
-    else:
-        lut = smooth(lut) or lut
-    lut = bright(lut, api_type, scale)
-    if api_type == 1:
-        return [[min(max(math.trunc(v + 0.5), 0), 65535) for v in plane] for plane in srgb_resample(lut)], None, None
-    if api_type == 4:
-        return lut, [v / 65280.0 for plane in lut for v in plane], None
-    return lut, None, nvidia(lut) if api_type == 2 else None
+@functools.cache
+def ramp():
+    """The identity ramp that every request first leaves in both NVIDIA arrays."""
+    return [f32(j / 1023.0) for j in range(1024) for _ in range(3)] * 2
 
 
+
+
+# ---- the calibration source -------------------------------------------------
+
+DEFAULT_ICC = [[0.43607, 0.22249, 0.01392], [0.38515, 0.71687, 0.09708], [0.14307, 0.06061, 0.7141],
+               [0.95045, 1.0, 1.08905]]
+IDENTITY = [[i * 256 for i in range(256)] for _ in range(3)]
+
+
+def primaries(block):
+    return [list(struct.unpack_from('<3f', block, 12 + 12 * r)) for r in range(4)]
+
+
+def crc16(data):
+    """CRC-16 with polynomial 0x1021 from 0xFFFF, bit by bit."""
+    crc = 0xFFFF
+    for byte in data:
+        crc ^= byte << 8
+        for _ in range(8):
+            crc = (crc << 1 ^ (0x1021 if crc & 0x8000 else 0)) & 0xFFFF
+    return crc
+
+
+def crc_matches(block, first, end, at):
+    crc = crc16(block[first:end])
+    return block[at] == crc & 255 and block[at + 1] == crc >> 8
+
+
+def factory_data(block):
+    """Whether the block passes the magic and both CRCs: (usable, a check failed after a good magic)."""
+    if block[:4] not in (b'HDOC', b'R2R\0'):
+        return False, False
+    good = crc_matches(block, 12, 60, 6) and (block[4] < 5 or crc_matches(block, 103, 283, 283))
+    return good, not good
+
+
+# ---- the caller's record, request by request --------------------------------
+
+class Context:
+    """What a CctContext holds between the calls of one lut api type."""
+
+    def __init__(self, caller, block, api_type):
+        self.caller, self.block, self.type = caller, block, api_type
+        self.icc = [row[:] for row in caller['icc']]
+        self.bios = [[0.0] * 3 for _ in range(4)]
+        self.from_bios = self.bios_ver = self.gamma_k = 0
+        self.gamma, self.out = IDENTITY, IDENTITY
+        self.igcl, self.nv = [0.0] * 768, None
+        self.gains = {name: [0.0] * 3 for name in ('Nor', 'W', 'C', 'RdS', 'RdW')}
+        self.threshold = 0.4 if api_type in (0, 1, 4) else 0.5
+
+    def copy(self):
+        """The record as the caller restores it before each request: the gains are the only lists changed in place."""
+        other = copy.copy(self)
+        other.gains = {name: gain[:] for name, gain in self.gains.items()}
+        return other
+
+    def base(self):
+        return self.gamma if self.from_bios and self.gamma_k else IDENTITY
+
+    # -- request 1
+
+    def read_source(self):
+        """Fills the factory fields from the calibration file or the firmware; the error code it sets."""
+        user_k, code = self.caller['enableUserK'], 0
+        if user_k != 0 and not self.caller['file']:
+            self.bios_ver = -1
+            return -3
+        block = self.block if user_k != 0 else bytes(512)  # the test firmware answers nothing
+        usable, checks_failed = factory_data(block)
+        if not usable:
+            self.bios_ver = -1
+            return -4 if checks_failed and user_k == 1 else code
+        self.from_bios, self.bios_ver = 1, block[4]
+        self.bios = primaries(block)
+        if self.bios_ver >= 6:
+            at = 297 if self.bios_ver == 6 else 298
+            decoded = lut_from_string(block[at + 1:at + 2 + block[at + 1]], block[at])
+            self.gamma, self.bios_ver = (decoded, self.bios_ver) if decoded else (IDENTITY, 5)
+        self.gamma_k = int(self.bios_ver >= 5)
+        return code
+
+    def init(self, fixed_target):
+        self.from_bios = self.gamma_k = 0
+        self.gamma, status = IDENTITY, 0
+        if any(r[0] <= 0 or r[1] <= 0 or r[2] < 0 or (r[2] == 0 and n >= 2) for n, r in enumerate(self.icc)):
+            self.icc, status = [row[:] for row in DEFAULT_ICC], -2
+        if self.caller['panelIndex'] not in (0, 1):
+            return -5
+        status = self.read_source() or status
+        if self.from_bios:
+            self.factory_gains(fixed_target)
+            if self.bios_ver == 5 and self.gamma_k:
+                self.gamma = factory_gamma(self.block)
+        else:
+            self.native_gains()
+        for name in ('W', 'C', 'Nor', 'RdW', 'RdS'):
+            check_gain(self.gains[name], self.base(), self.threshold)
+        return status
+
+    def factory_gains(self, fixed_target):
+        solver, block = Solver(self.bios), self.block
+        if self.bios_ver < 4:
+            target, floor = (OLD_DEFAULT_WHITE, OLD_DEFAULT_WHITE), lambda y: (y ** 0.4 - LUM_DIFF) ** 2.5
+        else:
+            v = struct.unpack_from('<5f', block, 71)
+            target, floor = v[3:5], (lambda y: y - (self.bios[3][1] - v[2]))
+        if fixed_target:
+            target, floor = (0.314, 0.351), floor if self.bios_ver < 4 else None
+        normal, n_target, n_cct = solver.solve(target, lum_floor=floor)
+        weak, strong = reading_targets(n_target)
+        self.gains = {'Nor': normal, 'W': solver.solve(cct=n_cct - 1000)[0], 'C': solver.solve(cct=n_cct + 1000)[0],
+                      'RdW': solver.solve(weak)[0], 'RdS': solver.solve(strong)[0]}
+
+    def native_gains(self):
+        solver = Solver(self.icc)
+        native = mccamy(xy_of(self.icc[3]))
+        weak, strong = reading_targets(xy_of(self.icc[3]))
+        self.gains = {'Nor': [1.0, 1.0, 1.0], 'W': solver.solve(cct=native - 1000)[0],
+                      'C': solver.solve(cct=native + 1000)[0], 'RdW': solver.solve(weak)[0],
+                      'RdS': solver.solve(strong)[0]}
+
+    # -- requests 2 to 8 and the VX modes
+
+    def mode_lut(self, request, gain_flag, interval):
+        g, base = self.gains, self.base()
+        if request == 2:
+            if gain_flag:
+                g['Nor'] = Solver(self.bios).solve((0.314, 0.351))[0]
+            v = interval if 0.5 <= interval <= 1.5 else 1.0
+            s = 2 * (v - 1)
+            if s == 0 and not self.from_bios:
+                return IDENTITY
+            return blend(abs(s), g['Nor'], g['C'] if s > 0 else g['W'], base)
+        if request == 3:
+            rows = self.bios if self.from_bios else self.icc
+            gain = check_gain([x * 1.05 for x in Solver(rows).solve((0.3418, 0.3757))[0]], base, self.threshold)
+            return [[base[c][half_up(min(i * gain[c], 255))] for i in range(256)] for c in range(3)]
+        if request == 4:
+            return vivid(g['Nor'], base)
+        if request == 7:
+            t = self.caller['rdIndex']
+            return blend(t if 0 <= t <= self.caller['rdLevels'] - 1 else 0.0, g['RdW'], g['RdS'], base)
+        return blend(0.0, g['RdS' if request == 5 else 'RdW'], None, base)
+
+    def improve(self, lut):
+        if self.bios_ver != 7:
+            return smooth(lut) or lut
+        from_file = self.caller['enableUserK'] == 1 and self.caller['file']
+        return interpolate(lut, self.block[297] if from_file else 0)  # the test firmware answers 0
+
+    def finish(self, lut):
+        """Brightness and conversion: the status and the LUT as brightness left it."""
+        lut = bright(lut, self.type, self.caller['scale'])
+        self.out = lut
+        if self.type == 1:
+            self.out = [[min(max(math.trunc(v + 0.5), 0), 65535) for v in plane] for plane in srgb_resample(lut)]
+        elif self.type == 4:
+            self.igcl = [v / 65280.0 for plane in lut for v in plane]
+        elif self.type == 2:
+            self.nv = nvidia(lut)
+        return (-6 if self.type == 6 else 0), lut
+
+    def cctapi(self, code, interval):
+        """Runs one request; the status and the tables of its trace log in dump order."""
+        regamma, gain_flag, request = code & 0x80, code & 0x40, code & ~0xC0
+        self.nv = ramp()
+        if request == 1:
+            status = self.init(bool(regamma))
+            if regamma:
+                self.out = compose(regamma_curve(), self.out)
+            return status, []
+        if request == 8:
+            return self.native()
+        lut = self.mode_lut(request, gain_flag, interval)
+        improved = self.improve(compose(regamma_curve(), lut) if regamma else lut)
+        status, bright_lut = self.finish(improved)
+        return status, [lut, improved, bright_lut, self.out]
+
+    def native(self):
+        if self.type == 6:
+            return -6, []
+        if self.type == 1:
+            self.out = [[min(max(math.trunc(srgb_encode(i / 255.0) * 65535.0 + 0.5), 0), 65535)
+                         for i in range(256)] for _ in range(3)]
+        elif self.type == 2:
+            self.nv = [f32(f32(j) / f32(1023.0)) for j in range(1024) for _ in range(3)] * 2
+        else:
+            self.out = IDENTITY
+            if self.type == 4:
+                self.igcl = [i / 255.0 for _ in range(3) for i in range(256)]
+        return 0, []
+
+    def vx(self, mode, interval, curve):
+        if mode not in (3, 26, 21, 22, 23, 24, 25):
+            return -1, []
+        if mode in (3, 26):
+            curve = [[min(max(math.trunc(vivid_level(i) + 0.5), 0), 255) * 256 for i in range(256)]] * 3
+        t = min(max(interval, 0.5), 1.5)
+        n = self.gains['Nor']
+        ref, anchor = (self.gains['W'], 0.5) if t < 1.0 else (self.gains['C'], 1.5)
+        g = n if t == 1.0 else [ref[c] + (n[c] - ref[c]) / (1.0 - anchor) * (t - anchor) for c in range(3)]
+        base = self.base()
+        lut = [[base[c][math.trunc(min(max(g[c] * i, 0), 255) + 0.5)] for i in range(256)] for c in range(3)]
+        composed = compose(curve, self.improve(lut))
+        status, bright_lut = self.finish(composed)
+        return status, [composed, bright_lut, self.out]
 # ---- comparison with the record ---------------------------------------------
 
 def decode_runs(words):
@@ -428,105 +686,103 @@ def decode_reals(words, single):
     return [struct.unpack(form, struct.pack(mask, v % 2 ** (32 if single else 64)))[0] for v in values]
 
 
+
+
 def read_record(path):
-    """The block, the type 0 gains after initialisation, each call's outputs and the tables they name."""
-    block, gains, calls, tables, case = None, {}, {}, {}, None
+    """The block, the caller's inputs, every call with the fields and gains after it, and the named tables."""
+    rec = {'calls': [], 'tables': {}}
+    state = {}
     for line in open(path):
         words = line.split()
         if words[0] == 'block':
-            block = bytes(int(w) for w in words[1:])
+            rec['block'] = bytes(int(w) for w in words[1:])
+        elif words[0] == 'caller':
+            rec['caller'] = {k: (v if v[0] == 'L' else float(v)) for k, v in zip(words[1::2], words[2::2])}
+        elif words[0] == 'icc':
+            rec['caller']['icc'] = [[float(w) for w in words[1 + 3 * r:4 + 3 * r]] for r in range(4)]
         elif words[0] == 'type':
-            case = (int(words[1]), words[2], int(words[3], 16), float(words[5]))
-            calls[case] = (int(words[7]), words[9], words[11], words[13])
-        elif words[0] in ('Nor', 'W', 'C', 'RdS', 'RdW') and case == (0, 'code', 1, 1.0):
-            gains[words[0]] = [float(w) for w in words[1:]]
+            state = dict(state)
+            rec['calls'].append({'type': int(words[1]), 'entry': words[2], 'code': int(words[3], 16),
+                                 'interval': float(words[5]), 'status': int(words[7]), 'out': words[9],
+                                 'igcl': words[11], 'nv': words[13], 'state': state})
+        elif words[0] == 'fromBios':
+            state.update({k: float(v) for k, v in zip(words[0::2], words[1::2])})
+        elif words[0] in GAINS:
+            state[words[0]] = [float(w) for w in words[1:]]
         elif words[0][0] == 'L' and words[0][1:].isdigit():
-            tables[words[0]] = decode_runs(words[1:])
+            rec['tables'][words[0]] = decode_runs(words[1:])
         elif words[0][0] in 'IN' and words[0][1:].isdigit():
-            tables[words[0]] = decode_reals(words[1:], words[0][0] == 'N')
-    return block, gains, calls, tables
+            rec['tables'][words[0]] = decode_reals(words[1:], words[0][0] == 'N')
+    caller = rec['caller']
+    caller['curve'] = [rec['tables'][caller['curve']][256 * c:256 * c + 256] for c in range(3)]
+    for key in ('enableUserK', 'panelIndex', 'file'):
+        caller[key] = int(caller[key])
+    return rec
 
 
-def factory_base(block):
-    """The base LUT of the gain modes and the interpolation step: identity below version 6, else the LUT string."""
-    version = block[4]
-    identity = [[i * 256 for i in range(256)] for _ in range(3)]
-    if version < 5:
-        return identity, None
-    if version == 5:
-        raise NotImplementedError('the factory gamma table of version 5 data')
-    at = 297 if version == 6 else 298
-    base = lut_from_string(block[at + 1:at + 2 + block[at + 1]], block[at])
-    if base is None:
-        raise NotImplementedError('a LUT string that does not decode')
-    return base, block[297] if version == 7 else None
-
-
-def requests(gains, solver, base, threshold):
-    """The LUT that each request of the record builds before improvement, by (code, interval)."""
-    return {
-        (2, 1.0): blend(0.0, gains['Nor'], gains['Nor'], base),
-        (2, 0.75): blend(0.5, gains['Nor'], gains['W'], base),
-        (2, 1.4): blend(0.8, gains['Nor'], gains['C'], base),
-        (3, 1.0): theater(solver, base, threshold),
-        (4, 1.0): vivid(gains['Nor'], base),
-        (5, 1.0): blend(0.0, gains['RdS'], gains['RdS'], base),
-        (6, 1.0): blend(0.0, gains['RdW'], gains['RdW'], base),
-        (7, 1.0): blend(0.5, gains['RdW'], gains['RdS'], base),  # rdIndex 0.5
-    }
+GAINS = ('Nor', 'W', 'C', 'RdS', 'RdW')
 
 
 def first_difference(want, got, single=False):
     flat = [v for plane in want for v in plane] if isinstance(want[0], list) else want
+    if single:
+        flat = array.array('f', flat).tolist()
+    if flat == got:
+        return None
     for i, (a, b) in enumerate(zip(flat, got)):
-        if (f32(a) if single else a) != b:
+        if a != b:
             return f'entry {i}: reference {a!r}, recorded {b!r}'
-    return None if len(flat) == len(got) else f'{len(got)} entries, reference {len(flat)}'
+    return f'{len(got)} entries, reference {len(flat)}'
 
 
-def check_panel(path, scale, step_override):
-    """Number of (request, type) calls that match and the descriptions of those that differ."""
-    block, recorded, calls, tables = read_record(path)
-    base, step = factory_base(block)
-    step = step if step_override is None else step_override
-    failures, matched = [], 0
-    for api_type in range(7):
-        threshold = 0.4 if api_type in (0, 1, 4) else 0.5
-        gains, solver = init_gains(block, base, threshold)
-        if api_type == 0:
-            for name, triple in gains.items():
-                if any(abs(a - b) > 1e-9 for a, b in zip(triple, recorded[name])):
-                    failures.append(f'{name} gains {triple} != recorded {recorded[name]}')
-        for (code, interval), lut in requests(gains, solver, base, threshold).items():
-            status, out, igcl, nv = calls[(api_type, 'code', code, interval)]
-            want_out, want_igcl, want_nv = tail(lut, api_type, scale, step)
-            where = f'type {api_type} request {code} at {interval}'
-            diffs = [(f'status {status}' if status != (-6 if api_type == 6 else 0) else None),
-                     first_difference(want_out, tables[out])]
-            if want_igcl is not None:
-                diffs.append(first_difference(want_igcl, tables[igcl]))
-            if want_nv is not None and nv in tables:
-                diffs.append(first_difference(want_nv, tables[nv], single=True))
-            diffs = [d for d in diffs if d]
-            failures += [f'{where}: {d}' for d in diffs]
-            matched += not diffs
+def run(ctx, call, curve):
+    if call['entry'] == 'vx':
+        return ctx.vx(call['code'], call['interval'], curve)
+    return ctx.cctapi(call['code'], call['interval'])
+
+
+def differences(ctx, call, status, tables):
+    """What differs between the model's record after a call and the recorded one."""
+    found = [f'status {call["status"]}, reference {status}' if status != call['status'] else None,
+             first_difference(ctx.out, tables[call['out']]), first_difference(ctx.igcl, tables[call['igcl']])]
+    if call['nv'] in tables:
+        found.append(first_difference(ctx.nv, tables[call['nv']], single=True))
+    state = call['state']
+    fields = {'fromBios': ctx.from_bios, 'biosVer': ctx.bios_ver, 'gammaK': ctx.gamma_k}
+    found += [f'{k} {state[k]:g}, reference {v}' for k, v in fields.items() if state[k] != v]
+    found += [f'{name} gains {state[name]}, reference {ctx.gains[name]}' for name in GAINS
+              if any(abs(a - b) > 1e-9 for a, b in zip(ctx.gains[name], state[name]))]
+    return [d for d in found if d]
+
+
+def check_panel(path):
+    """Number of calls that match and the descriptions of those that differ."""
+    rec = read_record(path)
+    failures, matched, contexts = [], 0, {}
+    for call in rec['calls']:
+        api_type = call['type']
+        initialising = call['entry'] == 'code' and call['code'] & ~0xC0 == 1
+        if api_type not in contexts:
+            contexts[api_type] = Context(rec['caller'], rec['block'], api_type)
+        ctx = contexts[api_type] if initialising else contexts[api_type].copy()
+        status, _ = run(ctx, call, rec['caller']['curve'])
+        found = differences(ctx, call, status, rec['tables'])
+        where = f'type {api_type} {call["entry"]} {call["code"]:#04x} at {call["interval"]:g}'
+        failures += [f'{where}: {d}' for d in found]
+        matched += not found
     return matched, failures
 
 
-def main(args):
-    """Each argument is RECORD[:SCALE[:STEP]], the brightness scale and fetched step the record was made with."""
+def main(paths):
     total, failed = 0, False
-    for arg in args:
-        path, *rest = arg.split(':')
-        scale = float(rest[0]) if rest else 1.0
-        step = int(rest[1]) if len(rest) > 1 else None
-        matched, failures = check_panel(path, scale, step)
+    for path in paths:
+        matched, failures = check_panel(path)
         for failure in failures[:5]:
             print(f'{path}: {failure}')
         print(f'{path}: {matched} calls match, {len(failures)} differences')
         total += matched
         failed |= bool(failures)
-    print(f'{len(args)} panels, {total} calls (request x driver type) match the reference')
+    print(f'{len(paths)} panels, {total} calls (request x driver type) match the reference')
     return 1 if failed else 0
 
 

@@ -169,6 +169,12 @@ struct Recorder {
         for (int i = 0; i < 3 * 256; ++i)
             curve[i / 256][i % 256] = static_cast<uint16_t>(
                 std::floor(255 * std::pow((i % 256) / 255.0, 0.9 + 0.05 * (i / 256)) + 0.5) * 256);
+        CctContext caller;
+        Fill(caller, 0);
+        out += Row("caller scale", p.scale, "enableUserK", caller.enableUserK, "panelIndex", p.panelIndex, "rdLevels",
+                   caller.rdLevels, "rdIndex", caller.rdIndex, "file", p.source != Source::kMissingFile, "curve",
+                   values.Lut(&curve[0][0], 768)) +
+               "icc " + RowOf(&caller.icc[0][0], 12);
         for (int32_t type = 0; type <= 6; ++type) {
             CctContext ctx;
             Fill(ctx, type);
