@@ -5,8 +5,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "io/tool_error.h"
 #include "tool_checks.h"
-#include "tool_error.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
     using namespace quarnel;

@@ -7,8 +7,8 @@
 #include <cstdlib>
 #include <string>
 
-#include "block/block_codec.h"
-#include "block/block_json.h"
+#include "formats/block_json.h"
+#include "model/block_codec.h"
 
 namespace quarnel::fuzz {
 

@@ -8,9 +8,9 @@
 #include <optional>
 
 #include "formats/text_formats.h"
-#include "lut_string.h"
+#include "io/tool_error.h"
+#include "model/lut_string.h"
 #include "tool_checks.h"
-#include "tool_error.h"
 
 namespace {
 

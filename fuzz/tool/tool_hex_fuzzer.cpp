@@ -6,9 +6,9 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "lut_string.h"
+#include "io/tool_error.h"
+#include "model/lut_string.h"
 #include "tool_checks.h"
-#include "tool_error.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
     using namespace quarnel;

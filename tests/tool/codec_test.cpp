@@ -6,10 +6,10 @@
 
 #include <random>
 
-#include "block/block_codec.h"
-#include "block/block_json.h"
-#include "lut_string.h"
-#include "tool_error.h"
+#include "formats/block_json.h"
+#include "io/tool_error.h"
+#include "model/block_codec.h"
+#include "model/lut_string.h"
 
 namespace quarnel::tool {
 namespace {

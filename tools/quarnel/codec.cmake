@@ -6,11 +6,11 @@
 find_package(nlohmann_json REQUIRED)
 set(QUARNEL_TOOL_DIR ${CMAKE_CURRENT_LIST_DIR})
 add_library(quarnel_tool_codec STATIC
-  ${QUARNEL_TOOL_DIR}/hex.cpp
-  ${QUARNEL_TOOL_DIR}/lut_string.cpp
-  ${QUARNEL_TOOL_DIR}/quiet_stdout.cpp
-  ${QUARNEL_TOOL_DIR}/block/block_codec.cpp
-  ${QUARNEL_TOOL_DIR}/block/block_json.cpp
+  ${QUARNEL_TOOL_DIR}/io/quiet_stdout.cpp
+  ${QUARNEL_TOOL_DIR}/model/hex.cpp
+  ${QUARNEL_TOOL_DIR}/model/lut_string.cpp
+  ${QUARNEL_TOOL_DIR}/model/block_codec.cpp
+  ${QUARNEL_TOOL_DIR}/formats/block_json.cpp
   ${QUARNEL_TOOL_DIR}/formats/json_fields.cpp
   ${QUARNEL_TOOL_DIR}/formats/text_formats.cpp)
 target_include_directories(quarnel_tool_codec PUBLIC ${QUARNEL_TOOL_DIR} ${PROJECT_SOURCE_DIR}/include)

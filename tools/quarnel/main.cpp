@@ -3,19 +3,14 @@
 // Data goes to standard output, messages to standard error; the exit code
 // follows sysexits.
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <CLI/CLI.hpp>
-#include <cerrno>
 #include <iostream>
 
-#include "atomic_file.h"
 #include "commands/commands.h"
-#include "commands/panel_commands.h"
-#include "exit_cleanup.h"
-#include "tool_error.h"
-#include "x11/display_commands.h"
+#include "io/atomic_file.h"
+#include "io/exit_cleanup.h"
+#include "io/standard_streams.h"
+#include "io/tool_error.h"
 
 namespace {
 
@@ -24,14 +19,6 @@ using namespace quarnel::tool;
 int ParseFailure(const CLI::App& app, const CLI::ParseError& e) {
     const int code = app.exit(e);
     return code == static_cast<int>(CLI::ExitCodes::Success) ? kExitOk : kExitUsage;
-}
-
-// A closed standard stream would hand its number to the next file the tool
-// opens, which quieting the library's output would then close. Each closed
-// one is held by /dev/null opened the other way, so using it still fails.
-void HoldClosedStandardStreams() {
-    for (const int fd : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
-        if (::fcntl(fd, F_GETFD) < 0 && errno == EBADF) ::open("/dev/null", fd == STDIN_FILENO ? O_WRONLY : O_RDONLY);
 }
 
 int Failure(const ToolError& e) {
@@ -56,14 +43,7 @@ int main(int argc, char** argv) {
     app.footer("Example:\n  quarnel modes\n  quarnel lut slider --interval 0.6 -o warm.icc");
     app.failure_message(
         [](const CLI::App*, const CLI::Error& e) { return "quarnel: " + std::string(e.what()) + " (see --help)\n"; });
-    AddModesCommand(app, global);
-    AddLutCommand(app, global);
-    AddBlockCommands(app, global);
-    AddStringCommands(app, global);
-    AddVersionCommand(app, global);
-    AddDisplayCommands(app, global);
-    AddPlotCommand(app, global);
-    AddProfileCommands(app, global);
+    AddCommands(app, global);
     int code = kExitOk;
     try {
         app.parse(argc, argv);

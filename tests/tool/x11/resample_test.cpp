@@ -5,8 +5,8 @@
 
 #include <vector>
 
-#include "curve.h"
-#include "x11/resample.h"
+#include "display/x11/resample.h"
+#include "model/curve.h"
 
 namespace quarnel::tool::x11 {
 namespace {

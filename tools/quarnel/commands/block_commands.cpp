@@ -6,17 +6,18 @@
 #include <iostream>
 #include <memory>
 
-#include "atomic_file.h"
-#include "block/block_codec.h"
-#include "block/block_json.h"
 #include "commands/commands.h"
+#include "formats/block_json.h"
 #include "formats/ti3_format.h"
-#include "hex.h"
-#include "input_file.h"
-#include "library_session.h"
-#include "panel/panel_source.h"
-#include "sample_panel.h"
-#include "tool_error.h"
+#include "io/atomic_file.h"
+#include "io/input_file.h"
+#include "io/tool_error.h"
+#include "model/block_codec.h"
+#include "model/block_file.h"
+#include "model/hex.h"
+#include "model/sample_panel.h"
+#include "session/library_session.h"
+#include "session/panel_source.h"
 
 namespace quarnel::tool {
 namespace {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 // Each command registers itself with the command line and runs from its
-// callback.
+// callback; AddCommands registers them all.
 
 #include <CLI/CLI.hpp>
 #include <string>
@@ -13,11 +13,20 @@ struct GlobalOptions {
     bool verbose = false;  // library chatter to standard error
 };
 
+// Every command of the tool, in the order help lists them.
+void AddCommands(CLI::App& app, const GlobalOptions& global);
+
 void AddModesCommand(CLI::App& app, const GlobalOptions& global);
 void AddLutCommand(CLI::App& app, const GlobalOptions& global);
 void AddBlockCommands(CLI::App& app, const GlobalOptions& global);
 void AddStringCommands(CLI::App& app, const GlobalOptions& global);
 void AddVersionCommand(CLI::App& app, const GlobalOptions& global);
+// apply, show and reset: a mode's curve on a live X11 display's gamma ramps.
+void AddDisplayCommands(CLI::App& app, const GlobalOptions& global);
+// The panel's picture in the chromaticity diagram.
+void AddPlotCommand(CLI::App& app, const GlobalOptions& global);
+// The panel's display profile installed for the desktop.
+void AddProfileCommands(CLI::App& app, const GlobalOptions& global);
 // What `quarnel version` and `quarnel --version` print, without the last newline.
 std::string VersionText(bool verbose);
 

@@ -11,10 +11,10 @@
 #include <sstream>
 
 #include "formats/text_formats.h"
-#include "input_file.h"
-#include "mode_run.h"
+#include "io/input_file.h"
+#include "io/tool_error.h"
 #include "quarnel/cctapi.h"
-#include "tool_error.h"
+#include "session/mode_curve.h"
 
 namespace quarnel::tool {
 namespace {

@@ -8,7 +8,7 @@
 
 #include "commands/commands.h"
 #include "formats/curve_subject.h"
-#include "mode_curve.h"
+#include "session/mode_curve.h"
 
 namespace quarnel::tool {
 

@@ -9,9 +9,9 @@
 
 #include "commands/commands.h"
 #include "commands/curve_cli.h"
-#include "library_session.h"
-#include "mode_run.h"
-#include "panel/panel_model.h"
+#include "model/panel_model.h"
+#include "session/library_session.h"
+#include "session/mode_curve.h"
 
 namespace quarnel::tool {
 namespace {

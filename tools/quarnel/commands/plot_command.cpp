@@ -6,12 +6,12 @@
 #include <filesystem>
 #include <memory>
 
-#include "atomic_file.h"
-#include "chroma/chromaticity_plot.h"
-#include "chroma/panel_colours.h"
+#include "commands/commands.h"
 #include "commands/curve_cli.h"
-#include "commands/panel_commands.h"
-#include "tool_error.h"
+#include "formats/chromaticity_plot.h"
+#include "io/atomic_file.h"
+#include "io/tool_error.h"
+#include "session/panel_colours.h"
 
 namespace quarnel::tool {
 namespace {

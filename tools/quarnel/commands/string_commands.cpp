@@ -5,14 +5,14 @@
 #include <iostream>
 #include <memory>
 
-#include "atomic_file.h"
 #include "commands/commands.h"
 #include "formats/text_formats.h"
 #include "formats/write_curve.h"
-#include "hex.h"
-#include "input_file.h"
-#include "lut_string.h"
-#include "tool_error.h"
+#include "io/atomic_file.h"
+#include "io/input_file.h"
+#include "io/tool_error.h"
+#include "model/hex.h"
+#include "model/lut_string.h"
 
 namespace quarnel::tool {
 namespace {

@@ -7,8 +7,8 @@
 #include <sstream>
 
 #include "commands/commands.h"
+#include "io/quiet_stdout.h"
 #include "quarnel/cctapi.h"
-#include "quiet_stdout.h"
 
 namespace quarnel::tool {
 namespace {

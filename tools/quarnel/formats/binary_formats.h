@@ -4,8 +4,8 @@
 
 #include <string>
 
-#include "curve.h"
 #include "formats/curve_subject.h"
+#include "model/curve.h"
 
 namespace quarnel::tool {
 

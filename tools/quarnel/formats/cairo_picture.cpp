@@ -4,7 +4,7 @@
 #include <cairo-svg.h>
 #include <fontconfig/fontconfig.h>
 
-#include "tool_error.h"
+#include "io/tool_error.h"
 
 namespace quarnel::tool {
 namespace {

@@ -6,7 +6,7 @@
 #include <optional>
 #include <string>
 
-#include "panel/panel_source.h"
+#include "session/panel_source.h"
 
 namespace quarnel::tool {
 

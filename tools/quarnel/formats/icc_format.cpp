@@ -15,8 +15,8 @@
 #include <vector>
 
 #include "formats/binary_formats.h"
-#include "panel/panel_model.h"
-#include "tool_error.h"
+#include "io/tool_error.h"
+#include "model/panel_model.h"
 
 namespace quarnel::tool {
 namespace {

@@ -9,8 +9,8 @@
 #include <cstdlib>
 #include <limits>
 
-#include "hex.h"
-#include "tool_error.h"
+#include "io/tool_error.h"
+#include "model/hex.h"
 
 namespace quarnel::tool {
 namespace {

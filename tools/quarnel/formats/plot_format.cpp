@@ -5,7 +5,7 @@
 
 #include "formats/binary_formats.h"
 #include "formats/cairo_picture.h"
-#include "tool_error.h"
+#include "io/tool_error.h"
 
 namespace quarnel::tool {
 namespace {

@@ -8,7 +8,7 @@
 #include <sstream>
 #include <string_view>
 
-#include "tool_error.h"
+#include "io/tool_error.h"
 
 namespace quarnel::tool {
 namespace {

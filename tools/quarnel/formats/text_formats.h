@@ -5,8 +5,8 @@
 
 #include <string>
 
-#include "curve.h"
 #include "formats/json_fields.h"
+#include "model/curve.h"
 
 namespace quarnel::tool {
 

@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "panel/panel_model.h"
+#include "model/panel_model.h"
 
 namespace quarnel::tool {
 

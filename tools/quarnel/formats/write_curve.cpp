@@ -3,10 +3,10 @@
 
 #include <filesystem>
 
-#include "atomic_file.h"
 #include "formats/binary_formats.h"
 #include "formats/text_formats.h"
-#include "tool_error.h"
+#include "io/atomic_file.h"
+#include "io/tool_error.h"
 
 namespace quarnel::tool {
 namespace {

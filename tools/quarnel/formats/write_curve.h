@@ -7,8 +7,8 @@
 #include <string>
 #include <string_view>
 
-#include "curve.h"
 #include "formats/curve_subject.h"
+#include "model/curve.h"
 
 namespace quarnel::tool {
 
