@@ -5,6 +5,7 @@
 
 #include <iterator>
 
+#include "api/context_dump.h"
 #include "api/entry_points.h"
 #include "api/pipeline_steps.h"
 #include "api/vx_mode_lut.h"

@@ -3,6 +3,7 @@
 // with their shared tail of improvement, brightness control and conversion.
 
 #include "api/cct_init.h"
+#include "api/context_dump.h"
 #include "api/handlers.h"
 #include "api/mode_luts.h"
 #include "api/pipeline_steps.h"

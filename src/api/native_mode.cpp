@@ -2,9 +2,9 @@
 // Request 8: the neutral (identity) LUT written straight in the driver's
 // form; no gains, improvement, brightness control, conversion or re-gamma.
 
+#include "api/context_dump.h"
 #include "api/handlers.h"
 #include "diag/debug.h"
-#include "diag/trace.h"
 #include "lut/default_lut.h"
 
 namespace quarnel {

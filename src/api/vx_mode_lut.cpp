@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "api/vx_mode_lut.h"
 
+#include "api/context_dump.h"
 #include "api/context_values.h"
 #include "api/gained_lut.h"
 #include "api/pipeline_steps.h"
 #include "color/slider.h"
 #include "core/lut16.h"
 #include "diag/debug.h"
-#include "diag/trace.h"
 #include "lut/compose.h"
 
 namespace quarnel {

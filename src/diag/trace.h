@@ -1,11 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
-// The trace log: full dumps of the context and of the LUT at each pipeline
-// step, written only while the fixed trace file exists.
+// The trace log: a file the library writes its dumps into only while the
+// fixed trace file exists. What a dump holds is its writer's business.
 
-#include <cstdint>
-
-#include "quarnel/cctapi.h"
+#include <cstdio>
 
 namespace quarnel {
 
@@ -39,10 +37,19 @@ public:
 // outside any call, whether the trace file exists.
 bool DumpsWritten();
 
-// One LUT dump of outLut under `title`.
-void DumpLut(const CctContext* ctx, const char* title);
+// Where one dump made now goes: the call's trace file, a file opened for
+// this dump alone outside any call, or nowhere (file() is null).
+class TraceTarget {
+public:
+    TraceTarget();
+    ~TraceTarget();
+    TraceTarget(const TraceTarget&) = delete;
+    TraceTarget& operator=(const TraceTarget&) = delete;
+    std::FILE* file() const { return file_; }
 
-// A full context dump under `title`; vxInput (planar 3 x 256) may be null.
-void DumpContext(const CctContext* ctx, const char* title, const uint16_t* vxInput);
+private:
+    std::FILE* file_ = nullptr;
+    bool owned_ = false;  // opened for this dump, closed with it
+};
 
 }  // namespace quarnel
