@@ -5,7 +5,9 @@
 # joined by commas. A file at the top of SOURCE_DIR counts as the folder its
 # name starts with (main.cpp as "main"). A file and its header are one unit
 # for the circles: a.cpp including b.h while b.cpp includes a.h is a circle.
-# Usage: cmake -DSOURCE_DIR=<dir> "-DLAYERS=core;platform;codec,color" -P CheckLayers.cmake
+# SEALED lists folders that include no other folder at all, not even the
+# public header's: what they hold is shared with programs outside SOURCE_DIR.
+# Usage: cmake -DSOURCE_DIR=<dir> "-DLAYERS=core;platform;codec,color" [-DSEALED=core] -P CheckLayers.cmake
 set(rank 0)
 foreach(layer IN LISTS LAYERS)
   string(REPLACE "," ";" folders "${layer}")
@@ -33,6 +35,11 @@ foreach(source IN LISTS sources)
       if(NOT included_unit STREQUAL unit)
         set_property(GLOBAL APPEND PROPERTY uses_${unit} ${included_unit})
       endif()
+    endif()
+    list(FIND SEALED "${folder}" sealed)
+    if(sealed GREATER -1 AND target AND NOT target STREQUAL folder)
+      string(APPEND violations "  ${source} includes ${target}/\n")
+      continue()
     endif()
     if(NOT target OR target STREQUAL folder OR NOT DEFINED rank_${folder} OR NOT DEFINED rank_${target})
       continue()

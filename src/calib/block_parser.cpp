@@ -4,30 +4,16 @@
 #include <algorithm>
 #include <bit>
 
-#include "calib/crc16.h"
 #include "diag/debug.h"
+#include "facts/block_layout.h"
+#include "facts/crc16.h"
 
 namespace quarnel {
 namespace {
 
-constexpr uint8_t kMagicHdoc[4] = {'H', 'D', 'O', 'C'};
-constexpr uint8_t kMagicR2r[4] = {'R', '2', 'R', '\0'};
-
-// Fields and gaps of the block, in bytes.
-constexpr int kPrimariesOffset = 12;
-constexpr int kPrimariesSize = 48;
-constexpr int kToneLevelsOffset = 103;
-constexpr int kToneLevelsSize = 180;
-constexpr int kVersion3Gap = 4;
-constexpr int kVersion4Gap = 1;
-constexpr int kVersion5Gap = 12;
-constexpr int kVersion7Gap = 1;
-constexpr int kBlockToneValuesPerChannel = 15;
-constexpr int kBlackColumns = 3;
-
-// Whites that a block older than version 4 implies.
-constexpr double kOldFirstWhiteX = 0.3;
-constexpr double kOldFirstWhiteY = 0.315;
+constexpr int kToneValuesPerChannel = static_cast<int>(facts::kToneLevels.size / facts::kSingleSize / 3);
+constexpr int kBlackColumns = static_cast<int>(facts::kBlackXyz.size / facts::kSingleSize);
+static_assert(kBlackColumns + kToneValuesPerChannel == kToneRowSize);
 
 // Reads the block at the record's cursor. A read that would pass `length`
 // yields 0, leaves the cursor alone and marks the parse as overrun.
@@ -44,7 +30,10 @@ public:
         return false;
     }
 
-    void Skip(int32_t size) { data_.cursor += size; }
+    // Steps over the bytes between two fields without reading them.
+    void Skip(const facts::BlockField& before, const facts::BlockField& after) {
+        data_.cursor += static_cast<int32_t>(facts::Gap(before, after));
+    }
 
     uint8_t Byte() { return Fits(1) ? data_.raw[static_cast<std::size_t>(data_.cursor++)] : 0; }
 
@@ -68,19 +57,15 @@ private:
     bool overrun_ = false;
 };
 
-bool MagicAccepted(const std::array<uint8_t, 4>& magic) {
-    return std::equal(magic.begin(), magic.end(), kMagicHdoc) || std::equal(magic.begin(), magic.end(), kMagicR2r);
-}
-
 void ReadWhites(BlockReader& in, BiosData& data) {
-    if (data.version < 4) {
-        data.firstWhite[0] = kOldFirstWhiteX;
-        data.firstWhite[1] = kOldFirstWhiteY;
+    if (!facts::Carries(facts::kFirstWhite, data.version)) {
+        data.firstWhite[0] = facts::kEarlyFirstWhiteX;
+        data.firstWhite[1] = facts::kEarlyFirstWhiteY;
         data.targetLuminance = 0.0;
         data.defaultWhite[0] = data.defaultWhite[1] = 0.0;
         return;
     }
-    in.Skip(kVersion4Gap);
+    in.Skip(facts::kBytes66, facts::kFirstWhite);
     data.firstWhite[0] = in.Single();
     data.firstWhite[1] = in.Single();
     data.targetLuminance = in.Single();
@@ -89,9 +74,9 @@ void ReadWhites(BlockReader& in, BiosData& data) {
 }
 
 void ReadTone(BlockReader& in, BiosData& data) {
-    in.Skip(kVersion5Gap);
+    in.Skip(facts::kDefaultWhite, facts::kToneLevels);
     for (auto& row : data.tone)
-        for (int k = 0; k < kBlockToneValuesPerChannel; ++k) row[kBlackColumns + k] = in.Single();
+        for (int k = 0; k < kToneValuesPerChannel; ++k) row[kBlackColumns + k] = in.Single();
     data.crc2Low = in.Byte();
     data.crc2High = in.Byte();
     for (int k = 0; k < kBlackColumns; ++k) {
@@ -103,7 +88,7 @@ void ReadTone(BlockReader& in, BiosData& data) {
 // The LUT string is stored length byte first, so the copy starts one back,
 // at the size byte, and takes N + 1 bytes; it must lie inside the block.
 bool ReadLutString(BlockReader& in, BiosData& data) {
-    if (data.version >= 7) in.Skip(kVersion7Gap);
+    in.Skip(facts::kBlackXyz, facts::TrailerOf(data.version).useMethod);
     data.useMethod = in.Byte();
     data.lutStringSize = in.Byte();
     if (in.overrun()) return false;
@@ -116,6 +101,12 @@ bool ReadLutString(BlockReader& in, BiosData& data) {
     return true;
 }
 
+// Compares the CRC of the bytes it covers with the stored bytes as parsed.
+bool CrcMatches(const BiosData& data, const facts::CoveredCrc& crc, uint8_t low, uint8_t high) {
+    const uint16_t computed = facts::Crc16(data.raw.data() + crc.covered.offset, crc.covered.size);
+    return high == (computed >> 8) && low == (computed & 0xFFu);
+}
+
 }  // namespace
 
 bool ParseHeader(BiosData& data) {
@@ -125,7 +116,7 @@ bool ParseHeader(BiosData& data) {
         DebugPrint("[%c]", byte);
     }
     DebugPrint("\n");
-    if (!MagicAccepted(data.magic)) {
+    if (!facts::MagicAccepted(data.magic.data())) {
         data.BiosDataStatus = kBiosBadBlock;
         DebugPrint("BIOS header incorrect...\n");
         return !in.overrun();
@@ -136,32 +127,24 @@ bool ParseHeader(BiosData& data) {
     data.subVersion = in.Byte();
     data.crcLow = in.Byte();
     data.crcHigh = in.Byte();
-    data.dataWord = in.BigEndian(4);
+    data.dataWord = in.BigEndian(facts::kDataWord.size);
     for (auto& row : data.primaries)
         for (double& value : row) value = in.Single();
 
-    data.word60 = data.version >= 2 ? in.BigEndian(2) : 0;
-    if (data.version >= 3) {
-        in.Skip(kVersion3Gap);
+    data.word60 = facts::Carries(facts::kWord60, data.version) ? in.BigEndian(facts::kWord60.size) : 0;
+    if (facts::Carries(facts::kBytes66, data.version)) {
+        in.Skip(facts::kWord60, facts::kBytes66);
         for (auto& byte : data.bytes66) byte = in.Byte();
     }
     ReadWhites(in, data);
-    if (data.version >= 5) ReadTone(in, data);
+    if (facts::Carries(facts::kToneLevels, data.version)) ReadTone(in, data);
     if (in.overrun()) return false;
-    if (data.version < 6) return true;
+    if (!facts::Carries(facts::TrailerOf(data.version).useMethod, data.version)) return true;
     return ReadLutString(in, data);
 }
 
-bool CheckHeaderCrc(const BiosData& data) {
-    if (data.raw.size() < static_cast<std::size_t>(kPrimariesOffset + kPrimariesSize)) return false;
-    const uint16_t crc = Crc16(data.raw.data() + kPrimariesOffset, kPrimariesSize);
-    return data.crcHigh == (crc >> 8) && data.crcLow == (crc & 0xFFu);
-}
+bool CheckHeaderCrc(const BiosData& data) { return CrcMatches(data, facts::kHeaderCrc, data.crcLow, data.crcHigh); }
 
-bool CheckToneCrc(const BiosData& data) {
-    if (data.raw.size() < static_cast<std::size_t>(kToneLevelsOffset + kToneLevelsSize)) return false;
-    const uint16_t crc = Crc16(data.raw.data() + kToneLevelsOffset, kToneLevelsSize);
-    return data.crc2High == (crc >> 8) && data.crc2Low == (crc & 0xFFu);
-}
+bool CheckToneCrc(const BiosData& data) { return CrcMatches(data, facts::kToneCrc, data.crc2Low, data.crc2High); }
 
 }  // namespace quarnel

@@ -6,17 +6,15 @@
 #include <cstdint>
 
 #include "color/gain_types.h"
+#include "facts/chromaticity.h"
 
 namespace quarnel {
 
-struct Xy {
-    double x = 0.0;
-    double y = 0.0;
-};
+using Xy = facts::Xy;
 
 // Every colour temperature the system reports lies in this range.
-inline constexpr int32_t kCctReportMin = 2222;
-inline constexpr int32_t kCctReportMax = 13000;
+inline constexpr int32_t kCctReportMin = facts::kReportedCctMin;
+inline constexpr int32_t kCctReportMax = facts::kReportedCctMax;
 
 // (X, Y, Z) -> (x, y, Y). A row summing to 0 gives (0, 0) and sets 0x2.
 ChromaPoint Chromaticity(GainSolverState& state, const double xyz[3]);

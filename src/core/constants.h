@@ -3,6 +3,8 @@
 // Numbers that several parts of the library share: the sizes of the driver
 // arrays and of the calibration block, and the two 16-bit full scales.
 
+#include "facts/block_layout.h"
+
 namespace quarnel {
 
 // 8-bit full scale as a 16-bit entry: the identity ramp is i x 256.
@@ -19,9 +21,10 @@ inline constexpr int kNvFloatsPerArray = kNvPoints * 3;
 inline constexpr int kNvTop = kNvPoints - 1;
 inline constexpr double kNvTopScale = kNvTop;
 
-// The factory calibration block, in firmware or as a raw file.
-inline constexpr int kBlockSize = 512;
+// The factory calibration block, in firmware or as a raw file, as the
+// library's signed sizes and indices count it.
+inline constexpr int kBlockSize = static_cast<int>(facts::kBlockSize);
 // Where a version-7 block keeps the LUT improvement's interpolation step.
-inline constexpr int kBlockStepByte = 297;
+inline constexpr int kBlockStepByte = static_cast<int>(facts::kStepByte.offset);
 
 }  // namespace quarnel

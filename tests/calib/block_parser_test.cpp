@@ -5,10 +5,8 @@
 
 #include <algorithm>
 #include <string>
-#include <tuple>
 
 #include "calib/block_writer.h"
-#include "calib/crc16.h"
 #include "support/capture.h"
 #include "support/golden.h"
 
@@ -16,18 +14,6 @@ namespace quarnel {
 namespace {
 
 using test::Row;
-
-TEST(Crc16, MatchesThePublishedCheckValue) {
-    const std::string check = "123456789";
-    EXPECT_EQ(Crc16(reinterpret_cast<const uint8_t*>(check.data()), check.size()), 0x29B1);
-    uint16_t initial = 0;
-    const CrcTable table = MakeCrcTable(initial);
-    EXPECT_EQ(std::tuple(initial, table[0], table[1], table[128], table[255]),
-              std::tuple(0xFFFF, 0, 0x1021, 0x9188, 0x1EF0));
-    const std::vector<uint8_t> block = test::WriteBlock({});  // every length: groups of four and bytes left over
-    for (std::size_t n = 0; n <= block.size(); ++n)
-        ASSERT_EQ(Crc16(block.data(), n), test::ReferenceCrc16(block.data(), n));
-}
 
 // Every field the parser fills, with what it printed.
 std::string Parsed(const std::string& title, const std::vector<uint8_t>& block, int32_t length = kBlockSize) {

@@ -2,11 +2,14 @@
 #pragma once
 // Writes 512-byte calibration blocks field by field, with correct or deliberately broken CRCs.
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <cstdint>
 #include <string>
 #include <vector>
+
+#include "facts/block_layout.h"
 
 namespace quarnel::test {
 
@@ -40,48 +43,52 @@ inline uint16_t ReferenceCrc16(const uint8_t* bytes, std::size_t size) {
     return crc;
 }
 
-// Offset of the LUT string's length byte for a version-6 or later block.
-inline int LutStringOffset(uint8_t version) { return version >= 7 ? 299 : 298; }
-
+// Every field lands where the block layout puts it; the CRCs come from the
+// bit-by-bit reference above.
 inline std::vector<uint8_t> WriteBlock(const BlockFields& f) {
-    std::vector<uint8_t> b(512, 0);
-    std::size_t at = 0;
-    auto put = [&](uint32_t v, int size, bool bigEndian = true) {
-        for (int i = 0; i < size; ++i, ++at)
-            if (at < b.size()) b[at] = static_cast<uint8_t>(v >> (8 * (bigEndian ? size - 1 - i : i)));
+    std::vector<uint8_t> b(facts::kBlockSize, 0);
+    const auto bigEndian = [&](const facts::BlockField& field, uint32_t v) {
+        for (std::size_t i = 0; i < field.size; ++i)
+            b[field.offset + i] = static_cast<uint8_t>(v >> (8 * (field.size - 1 - i)));
     };
-    auto singles = [&](const auto& values) {
-        for (float v : values) put(std::bit_cast<uint32_t>(v), 4, false);
+    const auto singles = [&](const facts::BlockField& field, const auto& values) {
+        std::size_t at = field.offset;
+        for (float v : values)
+            for (int i = 0; i < 4; ++i) b[at++] = static_cast<uint8_t>(std::bit_cast<uint32_t>(v) >> (8 * i));
     };
-    auto crc = [&](std::size_t from, std::size_t size, std::size_t lowAt, bool broken) {
-        const auto c = static_cast<uint16_t>(ReferenceCrc16(b.data() + from, size) ^ (broken ? 0x0100 : 0));
-        b[lowAt] = static_cast<uint8_t>(c & 0xFF);
-        b[lowAt + 1] = static_cast<uint8_t>(c >> 8);
+    const auto crc = [&](const facts::CoveredCrc& c, bool broken) {
+        const auto value =
+            static_cast<uint16_t>(ReferenceCrc16(b.data() + c.covered.offset, c.covered.size) ^ (broken ? 0x0100 : 0));
+        b[c.stored.offset] = static_cast<uint8_t>(value & 0xFF);
+        b[c.stored.offset + 1] = static_cast<uint8_t>(value >> 8);
     };
-    for (uint8_t v : f.magic) put(v, 1);
-    put(f.version, 1);
-    put(3, 1);  // sub-version
-    at = 8;
-    put(0x01020304, 4);
-    singles(f.primaries);
-    crc(12, 48, 6, f.breakHeaderCrc);
-    if (f.version >= 2) put(0xA1B2, 2);
-    at = 66;
-    if (f.version >= 3) put(0x09080706, 4);
-    at = 71;
-    if (f.version >= 4) singles(f.whites);
-    if (f.version >= 5) {
-        at = 103;
-        for (std::size_t i = 0; i < 45; ++i) singles(std::array{f.tone.empty() ? ToneLevel(i) : f.tone[i]});
-        crc(103, 180, 283, f.breakToneCrc);
-        at = 285;
-        singles(kBlack);
+    std::copy(f.magic.begin(), f.magic.end(), b.begin());
+    b[facts::kVersion.offset] = f.version;
+    b[facts::kSubVersion.offset] = 3;
+    bigEndian(facts::kDataWord, 0x01020304);
+    singles(facts::kPrimaries, f.primaries);
+    crc(facts::kHeaderCrc, f.breakHeaderCrc);
+    const auto carried = [&](const facts::BlockField& field) { return facts::Carries(field, f.version); };
+    if (carried(facts::kWord60)) bigEndian(facts::kWord60, 0xA1B2);
+    if (carried(facts::kBytes66)) bigEndian(facts::kBytes66, 0x09080706);
+    if (carried(facts::kFirstWhite)) {
+        singles(facts::kFirstWhite, std::array{f.whites[0], f.whites[1]});
+        singles(facts::kTargetLuminance, std::array{f.whites[2]});
+        singles(facts::kDefaultWhite, std::array{f.whites[3], f.whites[4]});
     }
-    if (f.version >= 6) {
-        at = 297;
-        if (f.version >= 7) put(f.byte297, 1);
-        put(f.useMethod, 1);
-        for (uint8_t v : f.lutString) put(v, 1);
+    if (carried(facts::kToneLevels)) {
+        std::array<float, 45> tone{};
+        for (std::size_t i = 0; i < tone.size(); ++i) tone[i] = f.tone.empty() ? ToneLevel(i) : f.tone[i];
+        singles(facts::kToneLevels, tone);
+        crc(facts::kToneCrc, f.breakToneCrc);
+        singles(facts::kBlackXyz, kBlack);
+    }
+    const facts::Trailer& trailer = facts::TrailerOf(f.version);
+    if (carried(trailer.useMethod)) {
+        if (carried(facts::kStepByte)) b[facts::kStepByte.offset] = f.byte297;
+        b[trailer.useMethod.offset] = f.useMethod;
+        for (std::size_t i = 0; i < f.lutString.size(); ++i)
+            if (trailer.lutStringSize.offset + i < b.size()) b[trailer.lutStringSize.offset + i] = f.lutString[i];
     }
     return b;
 }

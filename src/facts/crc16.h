@@ -7,7 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 
-namespace quarnel {
+namespace quarnel::facts {
 
 inline constexpr uint16_t kCrcPolynomial = 0x1021;
 inline constexpr uint16_t kCrcInitial = 0xFFFF;
@@ -19,4 +19,4 @@ CrcTable MakeCrcTable(uint16_t& initial);
 
 uint16_t Crc16(const uint8_t* bytes, std::size_t size);
 
-}  // namespace quarnel
+}  // namespace quarnel::facts

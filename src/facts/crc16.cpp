@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "calib/crc16.h"
+#include "facts/crc16.h"
 
-namespace quarnel {
+namespace quarnel::facts {
 namespace {
 
 constexpr std::size_t kSlice = 4;
@@ -51,4 +51,4 @@ uint16_t Crc16(const uint8_t* bytes, std::size_t size) {
     return crc;
 }
 
-}  // namespace quarnel
+}  // namespace quarnel::facts
