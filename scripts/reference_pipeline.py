@@ -14,8 +14,10 @@ and without the re-gamma flag 0x80 and the gain recomputation 0x40, the
 native request 8 and the VX modes, improves each LUT (dark-end smoothing, or
 step interpolation for version 7), applies the brightness scale and converts
 it for every lut api type 0 to 6. Each call's status, factory fields, gains,
-16-bit table, IGCL doubles and NVIDIA floats (where the record keeps them by
-value) are compared with the record.
+16-bit table, IGCL doubles and NVIDIA floats (by value, or by the digest of
+their bytes) are compared with the record, and so is every table that the
+call's trace log dumps: the mode's LUT, the improved and brightness-controlled
+LUTs, the base and factory gamma LUTs and the result.
 
 Usage: reference_pipeline.py RECORD...   (exit status 1 on any difference)
 """
@@ -625,17 +627,21 @@ class Context:
             status = self.init(bool(regamma))
             if regamma:
                 self.out = compose(regamma_curve(), self.out)
-            return status, []
+            return status, self.dumped([])
         if request == 8:
-            return self.native()
+            return self.native(), self.dumped([])
         lut = self.mode_lut(request, gain_flag, interval)
         improved = self.improve(compose(regamma_curve(), lut) if regamma else lut)
         status, bright_lut = self.finish(improved)
-        return status, [lut, improved, bright_lut, self.out]
+        return status, self.dumped([lut, improved, bright_lut, self.out])
+
+    def dumped(self, steps, curve=None):
+        """The tables a trace log shows: the steps of the request, then those of the record."""
+        return steps + [IDENTITY] + [self.gamma] * self.gamma_k + [self.out] + ([curve] if curve else [])
 
     def native(self):
         if self.type == 6:
-            return -6, []
+            return -6
         if self.type == 1:
             self.out = [[min(max(math.trunc(srgb_encode(i / 255.0) * 65535.0 + 0.5), 0), 65535)
                          for i in range(256)] for _ in range(3)]
@@ -645,22 +651,23 @@ class Context:
             self.out = IDENTITY
             if self.type == 4:
                 self.igcl = [i / 255.0 for _ in range(3) for i in range(256)]
-        return 0, []
+        return 0
 
     def vx(self, mode, interval, curve):
         if mode not in (3, 26, 21, 22, 23, 24, 25):
             return -1, []
+        before, tone = self.out, curve
         if mode in (3, 26):
-            curve = [[min(max(math.trunc(vivid_level(i) + 0.5), 0), 255) * 256 for i in range(256)]] * 3
+            tone = [[min(max(math.trunc(vivid_level(i) + 0.5), 0), 255) * 256 for i in range(256)]] * 3
         t = min(max(interval, 0.5), 1.5)
         n = self.gains['Nor']
         ref, anchor = (self.gains['W'], 0.5) if t < 1.0 else (self.gains['C'], 1.5)
         g = n if t == 1.0 else [ref[c] + (n[c] - ref[c]) / (1.0 - anchor) * (t - anchor) for c in range(3)]
         base = self.base()
         lut = [[base[c][math.trunc(min(max(g[c] * i, 0), 255) + 0.5)] for i in range(256)] for c in range(3)]
-        composed = compose(curve, self.improve(lut))
+        composed = compose(tone, self.improve(lut))
         status, bright_lut = self.finish(composed)
-        return status, [composed, bright_lut, self.out]
+        return status, self.dumped([before, composed, bright_lut, self.out], curve)
 # ---- comparison with the record ---------------------------------------------
 
 def decode_runs(words):
@@ -704,7 +711,7 @@ def read_record(path):
             state = dict(state)
             rec['calls'].append({'type': int(words[1]), 'entry': words[2], 'code': int(words[3], 16),
                                  'interval': float(words[5]), 'status': int(words[7]), 'out': words[9],
-                                 'igcl': words[11], 'nv': words[13], 'state': state})
+                                 'igcl': words[11], 'nv': words[13], 'trace': words[20:], 'state': state})
         elif words[0] == 'fromBios':
             state.update({k: float(v) for k, v in zip(words[0::2], words[1::2])})
         elif words[0] in GAINS:
@@ -741,12 +748,25 @@ def run(ctx, call, curve):
     return ctx.cctapi(call['code'], call['interval'])
 
 
-def differences(ctx, call, status, tables):
+def fnv(data):
+    h = 14695981039346656037
+    for byte in data:
+        h = (h ^ byte) * 1099511628211 % 2 ** 64
+    return f'{h:x}'
+
+
+def differences(ctx, call, status, dumps, tables):
     """What differs between the model's record after a call and the recorded one."""
     found = [f'status {call["status"]}, reference {status}' if status != call['status'] else None,
              first_difference(ctx.out, tables[call['out']]), first_difference(ctx.igcl, tables[call['igcl']])]
     if call['nv'] in tables:
         found.append(first_difference(ctx.nv, tables[call['nv']], single=True))
+    elif call['nv'] != '#' + fnv(struct.pack('<6144f', *ctx.nv)):
+        found.append(f'NVIDIA floats of digest {call["nv"]}, reference {fnv(struct.pack("<6144f", *ctx.nv))}')
+    if len(dumps) != len(call['trace']):
+        found.append(f'trace log of {len(call["trace"])} tables, reference {len(dumps)}')
+    found += [f'trace log table {k} ({name}): {d}' for k, (dump, name) in enumerate(zip(dumps, call['trace']))
+              if (d := first_difference(dump, tables[name]))]
     state = call['state']
     fields = {'fromBios': ctx.from_bios, 'biosVer': ctx.bios_ver, 'gammaK': ctx.gamma_k}
     found += [f'{k} {state[k]:g}, reference {v}' for k, v in fields.items() if state[k] != v]
@@ -765,8 +785,8 @@ def check_panel(path):
         if api_type not in contexts:
             contexts[api_type] = Context(rec['caller'], rec['block'], api_type)
         ctx = contexts[api_type] if initialising else contexts[api_type].copy()
-        status, _ = run(ctx, call, rec['caller']['curve'])
-        found = differences(ctx, call, status, rec['tables'])
+        status, dumps = run(ctx, call, rec['caller']['curve'])
+        found = differences(ctx, call, status, dumps if api_type == 0 else [], rec['tables'])
         where = f'type {api_type} {call["entry"]} {call["code"]:#04x} at {call["interval"]:g}'
         failures += [f'{where}: {d}' for d in found]
         matched += not found
