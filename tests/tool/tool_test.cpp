@@ -240,6 +240,14 @@ TEST_F(ToolTest, BuiltBlocksInspectBackToTheirDescription) {
         EXPECT_TRUE(report.at("header_crc").at("ok"));
         EXPECT_EQ(report.contains("tone_crc"), version != "v3");
         EXPECT_EQ(report.at("block_status"), 0);
+        // The .ti3 header gives the white's luminance as the description wrote it.
+        const std::string ti3 = Run("block measurements block_" + version + ".bin").out;
+        std::istringstream luminance(ti3.substr(ti3.find("LUMINANCE_XYZ_CDM2 \"") + 20));
+        for (const double v : expected.at("primaries").at("white")) {
+            std::string field;
+            luminance >> field;
+            EXPECT_EQ(std::stod(field), v) << version << " " << field;
+        }
     }
 }
 
@@ -280,8 +288,8 @@ TEST_F(ToolTest, ErrorsExitWithTheirCodeAndLeaveNoOutput) {
         {"lut slider --brightness 0 -o out.csv", 65, "slider: the library's curve is black at brightness 0"},
         {"modes --interval nan", 64, "--interval: expected a number from 0.5 to 1.5"},
         {"modes --interval 1.6", 64, "--interval: expected a number from 0.5 to 1.5"},
-        {"modes --reading-levels 3 --reading-index nan", 64, "--reading-index: expected a whole number"},
-        {"modes --reading-levels 3 --reading-index 3", 64, "--reading-index: expected a whole number from 0 to 2"},
+        {"modes --reading-levels 3 --reading-index nan", 64, "--reading-index: expected a number of at least 0"},
+        {"modes --reading-levels 3 --reading-index 2.5", 64, "--reading-index: expected a number from 0 to 2"},
         {"modes --reading-levels 0.5 --reading-index 0", 64, "--reading-levels: expected a whole number of at least 1"},
         {"block inspect /dev/zero", 65, "/dev/zero: not a calibration block: more than 512 bytes"},
         {"modes --calib /dev/urandom", 65, "/dev/urandom: not a calibration block: more than 512 bytes"},
@@ -348,11 +356,19 @@ TEST_F(ToolTest, VersionHelpAndLibraryChatterStayInTheirPlaces) {
     EXPECT_EQ(version.code, 0);
     EXPECT_EQ(version.out.rfind("quarnel tool ", 0), 0u);
     EXPECT_NE(version.out.find("\nlibrary interface 8.11.0\nlibrary build v"), std::string::npos) << version.out;
-    for (const char* command : {"", "modes", "lut", "block", "block inspect", "block build", "block sample",
-                                "block measurements", "string", "string encode", "string decode", "version"}) {
+    // clang-format off
+    const char* const commands[] = {
+        "", "modes", "lut", "block", "block inspect", "block build", "block sample", "block measurements",
+        "string", "string encode", "string decode", "version", "apply", "show", "reset", "plot",
+        "plot chromaticity", "profile", "profile install", "profile remove", "profile list"};
+    // clang-format on
+    for (const char* command : commands) {
         const Result help = Run(std::string(command) + " --help");
         EXPECT_EQ(help.code, 0) << command;
         EXPECT_NE(help.out.find("Example:\n  quarnel " + std::string(command)), std::string::npos) << help.out;
+        // Option types are words a person reads, not the parser's own.
+        for (const char* type : {"FLOAT", "INT", "-o TEXT", "FILE TEXT", "--calib TEXT", "--curve TEXT"})
+            EXPECT_EQ(help.out.find(type), std::string::npos) << command << ": " << type;
     }
     const Result quiet = Run("string decode 04000000 --method 0"),
                  verbose = Run("-v string decode 04000000 --method 0");
@@ -449,6 +465,13 @@ TEST_F(ToolTest, OutputsKeepWhatTheyNameAndFailedWritesSaySo) {
         {"(" + lut + "- >/dev/full)", 74, "standard output: write error: No space left on device"},
         {"{ sleep 0.3; quarnel modes; echo $? >c; } | true; exit $(cat c)", 74, "standard output: write error: Broken"},
         {"quarnel lut slider --firmware 0 -o - >/dev/null", 0, "firmware panel 0: this machine has no firmware"},
+        // Once for the whole run, however many sessions the picture opens.
+        {"quarnel plot chromaticity --firmware 0 -o p.png", 0, "firmware panel 0: this machine has no firmware"},
+        // Formats and extensions in any case; a device without an extension takes text.
+        {"quarnel lut slider -o s.CAL && quarnel lut slider -o - --format CAL | cmp - s.CAL && "
+         "quarnel lut slider -o - >s.csv && quarnel lut slider -o /dev/null && quarnel lut slider -o /dev/stdout | cmp "
+         "- s.csv",
+         0, ""},
         {"quarnel lut slider --interval 0.7 -o s.csv >&- && quarnel lut slider --interval 0.7 -o - | cmp - s.csv", 0,
          ""},
         {"quarnel modes >&-", 74, "standard output: write error"},
@@ -464,6 +487,35 @@ TEST_F(ToolTest, OutputsKeepWhatTheyNameAndFailedWritesSaySo) {
         EXPECT_NE(r.err.find(c.err), std::string::npos) << c.line << ": " << r.err;
         EXPECT_EQ(std::count(r.err.begin(), r.err.end(), '\n'), c.err.empty() ? 0 : 1) << r.err;
     }
+}
+
+// The library takes the index itself as the blend position between the weak
+// and the strong reading gains: 0 weak, 1 and above strong, between them a mix.
+TEST_F(ToolTest, ReadingIndexBlendsFromWeakToStrong) {
+    const auto curve = [&](const std::string& args) {
+        const Result r = Run("lut " + args + " -o - --format json");
+        EXPECT_EQ(r.code, 0) << args << ": " << r.err;
+        return r.code == 0 ? FromJson(Json::parse(r.out)) : Values{};
+    };
+    const std::string multi = "reading-multi --reading-levels 3 --reading-index ";
+    const Values weak = curve("reading-weak"), strong = curve("reading-strong"), half = curve(multi + "0.5");
+    EXPECT_EQ(curve(multi + "0"), weak);
+    EXPECT_EQ(curve(multi + "1"), strong);
+    EXPECT_EQ(curve(multi + "1.5"), strong);
+    ASSERT_EQ(half.size(), weak.size());
+    // The mode's table is read at 8-bit steps of 256: where the two lie within
+    // two steps, the mix may round onto either end.
+    constexpr long kTwoSteps = 512;
+    size_t apart = 0;
+    for (size_t i = 0; i < weak.size(); ++i) {
+        const long low = std::min(weak[i], strong[i]), high = std::max(weak[i], strong[i]);
+        EXPECT_TRUE(half[i] >= low && half[i] <= high) << i;
+        if (high - low <= kTwoSteps) continue;
+        ++apart;
+        EXPECT_TRUE(half[i] > low && half[i] < high)
+            << i << ": " << half[i] << " not between " << low << " and " << high;
+    }
+    EXPECT_GT(apart, 600u);
 }
 
 TEST_F(ToolTest, ModesRowsShowTheCurveLutWritesForEveryDriverType) {

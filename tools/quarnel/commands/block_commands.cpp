@@ -148,7 +148,7 @@ void AddBlockCommands(CLI::App& app, const GlobalOptions& global) {
     };
     auto inspectCli = std::make_shared<InspectCli>();
     auto* inspect = block->add_subcommand("inspect", "Show every field, both CRC checks and the library's verdict");
-    inspect->add_option("FILE", inspectCli->file, "Calibration block")->required();
+    inspect->add_option("FILE", inspectCli->file, "Calibration block")->required()->type_name("FILE");
     inspect->add_flag("--json", inspectCli->json, "Print JSON; its fields are a block description");
     inspect->footer("Example:\n  quarnel block inspect panel.bin --json");
     inspect->callback([inspectCli, &global] { Inspect(inspectCli->file, inspectCli->json, global.verbose); });
@@ -161,8 +161,9 @@ void AddBlockCommands(CLI::App& app, const GlobalOptions& global) {
     build
         ->add_option("DESCRIPTION", buildCli->descriptionFile,
                      "JSON description (the fields that inspect --json prints)")
-        ->required();
-    build->add_option("-o", buildCli->output, "Block file to write")->required();
+        ->required()
+        ->type_name("FILE");
+    build->add_option("-o", buildCli->output, "Block file to write")->required()->type_name("FILE");
     build->footer("Example:\n  quarnel block build panel.json -o panel.bin");
     build->callback([buildCli, &global] { Build(buildCli->descriptionFile, buildCli->output, global.verbose); });
 
@@ -172,8 +173,9 @@ void AddBlockCommands(CLI::App& app, const GlobalOptions& global) {
     auto measurementsCli = std::make_shared<MeasurementsCli>();
     auto* measurements =
         block->add_subcommand("measurements", "Write the factory measurements as a CGATS .ti3 for ArgyllCMS");
-    measurements->add_option("BLOCK", measurementsCli->file, "Calibration block")->required();
-    measurements->add_option("-o", measurementsCli->output, "File to write (default: standard output)");
+    measurements->add_option("BLOCK", measurementsCli->file, "Calibration block")->required()->type_name("FILE");
+    measurements->add_option("-o", measurementsCli->output, "File to write (default: standard output)")
+        ->type_name("FILE");
     measurements->footer(
         "Black and each channel's grey levels (version 5 on), primaries and white: RGB in percent to XYZ,\n"
         "white at Y = 100.\nExample:\n  quarnel block measurements panel.bin -o panel.ti3 && colprof -as panel");
@@ -181,7 +183,7 @@ void AddBlockCommands(CLI::App& app, const GlobalOptions& global) {
 
     auto sampleOutput = std::make_shared<std::string>("-");
     auto* sample = block->add_subcommand("sample", "Print the built-in sample panel's description, a template");
-    sample->add_option("-o", *sampleOutput, "File to write (default: standard output)");
+    sample->add_option("-o", *sampleOutput, "File to write (default: standard output)")->type_name("FILE");
     sample->footer("Example:\n  quarnel block sample -o panel.json && quarnel block build panel.json -o panel.bin");
     sample->callback(
         [sampleOutput] { WriteFileAtomically(*sampleOutput, DescriptionToJson(SamplePanel()).dump(2) + "\n"); });

@@ -4,13 +4,13 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
-#include <filesystem>
 #include <iostream>
 #include <map>
 #include <optional>
 #include <sstream>
 
 #include "formats/text_formats.h"
+#include "io/file_name.h"
 #include "io/input_file.h"
 #include "io/tool_error.h"
 #include "quarnel/cctapi.h"
@@ -28,6 +28,11 @@ const std::map<std::string, int> kApiTypes{
 constexpr double kIntervalWarmest = 0.5, kIntervalColdest = 1.5;
 constexpr double kBrightnessLeast = 0.0, kBrightnessFull = 1.0;
 constexpr double kFewestReadingLevels = 1.0;
+
+// Option types as a person reads them; the ranges are in the options' help.
+constexpr const char* kNumber = "NUMBER";
+constexpr const char* kWholeNumber = "WHOLE NUMBER";
+constexpr const char* kFile = "FILE";
 
 // The option's text as a finite number, or nothing: "", "nan", "inf" and
 // trailing characters are all refused.
@@ -52,7 +57,17 @@ CLI::Validator FiniteRange(double low, double high) {
             const auto v = FiniteNumber(text);
             return v && *v >= low && *v <= high ? std::string() : "expected " + range + ", found \"" + text + "\"";
         },
-        "NUMBER in [" + Shown(low) + " - " + Shown(high) + "]");
+        "");
+}
+
+CLI::Validator FiniteFrom(double low) {
+    return CLI::Validator(
+        [=](const std::string& text) {
+            const auto v = FiniteNumber(text);
+            return v && *v >= low ? std::string()
+                                  : "expected a number of at least " + Shown(low) + ", found \"" + text + "\"";
+        },
+        "");
 }
 
 CLI::Validator WholeNumberFrom(double low) {
@@ -63,48 +78,56 @@ CLI::Validator WholeNumberFrom(double low) {
                        ? std::string()
                        : "expected a whole number of at least " + Shown(low) + ", found \"" + text + "\"";
         },
-        "WHOLE NUMBER >= " + Shown(low));
+        "");
 }
 
 }  // namespace
 
 void AddCurveOptions(CLI::App& command, CurveCli& cli) {
-    auto* calib = command.add_option("--calib", cli.calib, "Raw 512-byte calibration block to read");
+    auto* calib = command.add_option("--calib", cli.calib, "Raw 512-byte calibration block to read")->type_name(kFile);
     cli.firmwareOption = command.add_option("--firmware", cli.firmware, "Read the firmware's block of panel 0 or 1")
-                             ->check(CLI::Range(0, 1));
+                             ->check(CLI::Range(0, 1).description(""))
+                             ->type_name(kWholeNumber);
     calib->excludes(cli.firmwareOption);
     command.add_option("--api", cli.api, "Driver interface the curve is made for")
         ->check(CLI::IsMember({"plain", "srgb", "nvidia", "qcom", "igcl", "plain5"}))
         ->capture_default_str();
-    command.add_option("--interval", cli.options.interval, "Slider: 0.5 warm, 1.0 normal, 1.5 cold")
+    command
+        .add_option("--interval", cli.options.interval,
+                    "Warmth of slider, vx-vivid and vx-curve: 0.5 warm, 1.0 normal, 1.5 cold")
         ->check(FiniteRange(kIntervalWarmest, kIntervalColdest))
+        ->type_name(kNumber)
         ->capture_default_str();
     command.add_option("--brightness", cli.options.brightness, "Brightness scale from 0 to 1, 1.0 leaves the curve")
         ->check(FiniteRange(kBrightnessLeast, kBrightnessFull))
+        ->type_name(kNumber)
         ->capture_default_str();
-    auto* levels = command.add_option("--reading-levels", cli.options.readingLevels, "Reading levels offered")
-                       ->check(WholeNumberFrom(kFewestReadingLevels));
-    auto* index =
-        command
-            .add_option("--reading-index", cli.options.readingIndex, "Reading level chosen, 0 to the levels less one")
-            ->check(WholeNumberFrom(0));
+    auto* levels =
+        command.add_option("--reading-levels", cli.options.readingLevels, "Reading levels offered, 1 or more")
+            ->check(WholeNumberFrom(kFewestReadingLevels))
+            ->type_name(kWholeNumber);
+    auto* index = command
+                      .add_option("--reading-index", cli.options.readingIndex,
+                                  "reading-multi's blend, 0 to the levels less one: 0 weak, 0.5 halfway, 1 and above "
+                                  "strong")
+                      ->check(FiniteFrom(0))
+                      ->type_name(kNumber);
     levels->needs(index);
     index->needs(levels);
 }
 
 CurveOptions ResolveCurveOptions(const CurveCli& cli, const GlobalOptions& global) {
     CurveOptions options = cli.options;
-    if (options.readingIndex >= options.readingLevels)
-        throw ToolError(kExitUsage, "--reading-index: expected a whole number from 0 to " +
-                                        Shown(options.readingLevels - 1) + " (below --reading-levels), found " +
-                                        Shown(options.readingIndex));
+    if (options.readingIndex > options.readingLevels - 1)
+        throw ToolError(kExitUsage, "--reading-index: expected a number from 0 to " + Shown(options.readingLevels - 1) +
+                                        " (--reading-levels less one), found " + Shown(options.readingIndex));
     if (!cli.calib.empty()) options.calibFile = cli.calib;
     if (cli.firmwareOption != nullptr && cli.firmwareOption->count() > 0) options.firmwarePanel = cli.firmware;
     options.apiType = kApiTypes.at(cli.api);
     options.verbose = global.verbose;
     if (!cli.curveFile.empty()) {
         const std::string text = ReadInputFile(cli.curveFile);
-        const bool json = std::filesystem::path(cli.curveFile).extension() == ".json";
+        const bool json = HasExtension(cli.curveFile, "json");
         options.toneCurve = json ? CurveFromJson(text, cli.curveFile) : CurveFromCsv(text, cli.curveFile);
     }
     return options;
@@ -113,7 +136,7 @@ CurveOptions ResolveCurveOptions(const CurveCli& cli, const GlobalOptions& globa
 void AddModeArguments(CLI::App& command, std::string& mode, CurveCli& cli) {
     command.add_option("MODE", mode, "Colour mode")->required()->check(CLI::IsMember(ModeNames()));
     AddCurveOptions(command, cli);
-    command.add_option("--curve", cli.curveFile, "Tone curve for vx-curve (CSV or JSON)");
+    command.add_option("--curve", cli.curveFile, "Tone curve for vx-curve (CSV or JSON)")->type_name(kFile);
 }
 
 namespace {

@@ -60,7 +60,9 @@ void AddShowCommand(CLI::App& app) {
     auto cli = std::make_shared<ShowCli>();
     auto* command = app.add_subcommand("show", "Read back the gamma ramp of an X11 display");
     AddTargetOptions(*command, cli->target);
-    command->add_option("-o", cli->file, "Output file, - for standard output")->capture_default_str();
+    command->add_option("-o", cli->file, "Output file, - for standard output")
+        ->type_name("FILE")
+        ->capture_default_str();
     command->add_option("--format", cli->format, "csv, json, cal, icc, png or svg (default: from the extension)");
     command->footer(
         "Reads the first CRTC that drives the output; a gamma size other than 256 is resampled to 256\n"
@@ -72,6 +74,7 @@ void AddResetCommand(CLI::App& app) {
     auto target = std::make_shared<x11::GammaTarget>();
     auto* command = app.add_subcommand("reset", "Load the identity gamma ramp (i x 65535 / (size - 1))");
     AddTargetOptions(*command, *target);
+    command->footer("Example:\n  quarnel reset --output eDP-1");
     command->callback([target] { Check(x11::LoadGammaCurve(*target, IdentityCurve())); });
 }
 

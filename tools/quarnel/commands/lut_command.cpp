@@ -29,7 +29,7 @@ void AddLutCommand(CLI::App& app, const GlobalOptions& global) {
     auto cli = std::make_shared<LutCli>();
     auto* command = app.add_subcommand("lut", "Write one mode's curve as CSV, JSON, calibration file, profile or plot");
     AddModeArguments(*command, cli->mode, cli->curve);
-    command->add_option("-o", cli->output, "Output file, - for standard output")->required();
+    command->add_option("-o", cli->output, "Output file, - for standard output")->required()->type_name("FILE");
     command->add_option("--format", cli->format, "csv, json, cal, icc, png or svg (default: from the extension)");
     command->footer(
         "Example:\n  quarnel lut slider --interval 0.7 -o warm.cal\n"

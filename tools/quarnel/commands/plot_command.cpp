@@ -3,13 +3,13 @@
 // the CIE 1931 xy diagram.
 
 #include <cmath>
-#include <filesystem>
 #include <memory>
 
 #include "commands/commands.h"
 #include "commands/curve_cli.h"
 #include "formats/chromaticity_plot.h"
 #include "io/atomic_file.h"
+#include "io/file_name.h"
 #include "io/tool_error.h"
 #include "session/panel_colours.h"
 
@@ -67,11 +67,11 @@ ChromaticityScene Scene(const CurveOptions& options) {
 }
 
 void Run(const PlotCli& cli, const GlobalOptions& global) {
-    const std::string extension = std::filesystem::path(cli.output).extension().string();
-    if (extension != ".png" && extension != ".svg")
+    const std::string extension = ExtensionOf(cli.output);
+    if (extension != "png" && extension != "svg")
         throw ToolError(kExitUsage, cli.output + ": the picture is written as .png or .svg");
     const ChromaticityScene scene = Scene(ResolveCurveOptions(cli.curve, global));
-    WriteFileAtomically(cli.output, extension == ".png" ? ChromaticityToPng(scene) : ChromaticityToSvg(scene));
+    WriteFileAtomically(cli.output, extension == "png" ? ChromaticityToPng(scene) : ChromaticityToSvg(scene));
 }
 
 }  // namespace
@@ -79,11 +79,12 @@ void Run(const PlotCli& cli, const GlobalOptions& global) {
 void AddPlotCommand(CLI::App& app, const GlobalOptions& global) {
     auto* plot = app.add_subcommand("plot", "Pictures of the panel");
     plot->require_subcommand(1);
+    plot->footer("Example:\n  quarnel plot chromaticity -o panel.png");
     auto cli = std::make_shared<PlotCli>();
     auto* command = plot->add_subcommand(
         "chromaticity", "The panel's gamut and every mode's white in the CIE 1931 xy diagram, beside sRGB");
     AddCurveOptions(*command, cli->curve);
-    command->add_option("-o", cli->output, "Picture to write, .png or .svg")->capture_default_str();
+    command->add_option("-o", cli->output, "Picture to write, .png or .svg")->type_name("FILE")->capture_default_str();
     command->footer(
         "Left: the whole diagram with the spectral locus, the panel's primaries, sRGB and the Planckian\n"
         "locus. Right: the whites enlarged, colour temperatures marked along the Planckian locus.\n"

@@ -66,6 +66,7 @@ void List() {
 void AddProfileCommands(CLI::App& app, const GlobalOptions& global) {
     auto* profile = app.add_subcommand("profile", "A mode's display profile installed for the desktop through colord");
     profile->require_subcommand(1);
+    profile->footer("Example:\n  quarnel profile install slider --interval 0.7\n  quarnel profile list");
 
     auto install = std::make_shared<InstallCli>();
     auto* command = profile->add_subcommand("install", "Install one mode's profile as the display's default");
@@ -81,9 +82,12 @@ void AddProfileCommands(CLI::App& app, const GlobalOptions& global) {
     command =
         profile->add_subcommand("remove", "Take the installed profile off the display, out of colord and the folder");
     AddDisplayOptions(*command, *display);
+    command->footer("Example:\n  quarnel profile remove --output eDP-1");
     command->callback([display] { Remove(*display); });
 
-    profile->add_subcommand("list", "Show the profiles colord holds for each display")->callback(List);
+    command = profile->add_subcommand("list", "Show the profiles colord holds for each display");
+    command->footer("Example:\n  quarnel profile list");
+    command->callback(List);
 }
 
 }  // namespace quarnel::tool

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 // quarnel string encode / decode: the gamma LUT string of a block.
 
-#include <filesystem>
 #include <iostream>
 #include <memory>
 
@@ -9,6 +8,7 @@
 #include "formats/text_formats.h"
 #include "formats/write_curve.h"
 #include "io/atomic_file.h"
+#include "io/file_name.h"
 #include "io/input_file.h"
 #include "io/tool_error.h"
 #include "model/hex.h"
@@ -19,7 +19,7 @@ namespace {
 
 void Encode(const std::string& file, bool verbose) {
     const std::string text = ReadInputFile(file);
-    const bool json = std::filesystem::path(file).extension() == ".json";
+    const bool json = HasExtension(file, "json");
     const Curve curve = json ? CurveFromJson(text, file) : CurveFromCsv(text, file);
     LutString string;
     try {
@@ -48,7 +48,7 @@ void AddStringCommands(CLI::App& app, const GlobalOptions& global) {
 
     auto encodeFile = std::make_shared<std::string>();
     auto* encode = string->add_subcommand("encode", "Print the shorter string's method and its bytes in hex");
-    encode->add_option("LUT", *encodeFile, "LUT as CSV (index,red,green,blue) or JSON")->required();
+    encode->add_option("LUT", *encodeFile, "LUT as CSV (index,red,green,blue) or JSON")->required()->type_name("FILE");
     encode->footer("Example:\n  quarnel string encode gamma.csv");
     encode->callback([encodeFile, &global] { Encode(*encodeFile, global.verbose); });
 
@@ -59,8 +59,11 @@ void AddStringCommands(CLI::App& app, const GlobalOptions& global) {
     auto cli = std::make_shared<DecodeCli>();
     auto* decode = string->add_subcommand("decode", "Decode a string in hex into a LUT");
     decode->add_option("HEX", cli->hex, "The string, length byte first")->required();
-    decode->add_option("--method", cli->method, "0 Huffman, 1 position lists")->required()->check(CLI::Range(0, 1));
-    decode->add_option("-o", cli->output, "Output file (default: CSV to standard output)");
+    decode->add_option("--method", cli->method, "0 Huffman, 1 position lists")
+        ->required()
+        ->check(CLI::Range(0, 1).description(""))
+        ->type_name("WHOLE NUMBER");
+    decode->add_option("-o", cli->output, "Output file (default: CSV to standard output)")->type_name("FILE");
     decode->add_option("--format", cli->format, "csv, json, cal, icc, png or svg (default: from the extension)");
     decode->footer("Example:\n  quarnel string decode 04000000 --method 1 -o identity.json");
     decode->callback([cli, &global] { Decode(cli->hex, cli->method, cli->output, cli->format, global.verbose); });

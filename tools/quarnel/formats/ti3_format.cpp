@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "formats/ti3_format.h"
 
+#include <charconv>
 #include <cstdio>
+#include <iterator>
 #include <vector>
 
 namespace quarnel::tool {
@@ -35,6 +37,15 @@ std::vector<Patch> Patches(const PanelMeasurements& measured) {
     return patches;
 }
 
+// A value the block keeps in single precision, in the fewest digits that
+// give it back: 277.13 rather than the widened 277.130005.
+std::string AsStored(double v) {
+    char text[64];
+    const auto result =
+        std::to_chars(std::begin(text), std::end(text), static_cast<float>(v), std::chars_format::fixed);
+    return {text, result.ptr};
+}
+
 std::string Format(const char* format, double a, double b, double c) {
     char text[128];
     std::snprintf(text, sizeof text, format, a, b, c);
@@ -49,7 +60,8 @@ std::string MeasurementsToTi3(const PanelMeasurements& measured, const std::stri
     const std::vector<Patch> patches = Patches(measured);
     std::string text = "CTI3\n\nDESCRIPTOR \"" + description +
                        "\"\nORIGINATOR \"quarnel\"\nDEVICE_CLASS \"DISPLAY\"\nCOLOR_REP \"RGB_XYZ\"\n" +
-                       Format("LUMINANCE_XYZ_CDM2 \"%.6f %.6f %.6f\"\n", white[0], white[1], white[2]) +
+                       "LUMINANCE_XYZ_CDM2 \"" + AsStored(white[0]) + " " + AsStored(white[1]) + " " +
+                       AsStored(white[2]) + "\"\n" +
                        "NORMALIZED_TO_Y_100 \"YES\"\n\nNUMBER_OF_FIELDS 7\nBEGIN_DATA_FORMAT\n"
                        "SAMPLE_ID RGB_R RGB_G RGB_B XYZ_X XYZ_Y XYZ_Z\nEND_DATA_FORMAT\n\nNUMBER_OF_SETS " +
                        std::to_string(patches.size()) + "\nBEGIN_DATA\n";

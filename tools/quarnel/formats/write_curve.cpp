@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "formats/write_curve.h"
 
-#include <filesystem>
+#include <algorithm>
+#include <cctype>
 
 #include "formats/binary_formats.h"
 #include "formats/text_formats.h"
 #include "io/atomic_file.h"
+#include "io/file_name.h"
 #include "io/tool_error.h"
 
 namespace quarnel::tool {
@@ -33,8 +35,11 @@ const FormatEntry& Entry(CurveFormat format) {
 }  // namespace
 
 std::optional<CurveFormat> ParseCurveFormat(std::string_view name) {
+    const auto sameLetter = [](char a, char b) {
+        return std::tolower(static_cast<unsigned char>(a)) == std::tolower(static_cast<unsigned char>(b));
+    };
     for (const auto& entry : kFormats)
-        if (entry.name == name) return entry.format;
+        if (std::equal(entry.name.begin(), entry.name.end(), name.begin(), name.end(), sameLetter)) return entry.format;
     return std::nullopt;
 }
 
@@ -43,9 +48,8 @@ CurveFormat ChooseCurveFormat(const std::string& path, const std::string& explic
         if (const auto format = ParseCurveFormat(explicitFormat)) return *format;
         throw ToolError(kExitUsage, "unknown format \"" + explicitFormat + "\" (csv, json, cal, icc, png, svg)");
     }
-    if (path == "-") return CurveFormat::Csv;
-    std::string extension = std::filesystem::path(path).extension().string();
-    if (!extension.empty()) extension.erase(0, 1);
+    const std::string extension = ExtensionOf(path);
+    if (path == "-" || (extension.empty() && IsStream(path))) return CurveFormat::Csv;
     if (const auto format = ParseCurveFormat(extension)) return *format;
     throw ToolError(kExitUsage, path + ": cannot tell the format from the name; use --format");
 }

@@ -14,12 +14,12 @@ namespace quarnel::tool {
 
 enum class CurveFormat { Csv, Json, Cal, Icc, Png, Svg };
 
-// "csv", "json", "cal", "icc", "png", "svg".
+// "csv", "json", "cal", "icc", "png", "svg", in any case.
 std::optional<CurveFormat> ParseCurveFormat(std::string_view name);
 
-// The explicit format when given, else the path's extension (CSV for
-// standard output); throws
-// ToolError (64) when neither names a known format.
+// The explicit format when given, else the path's extension in any case;
+// CSV for standard output and for a device or pipe named without an
+// extension. Throws ToolError (64) when neither names a known format.
 CurveFormat ChooseCurveFormat(const std::string& path, const std::string& explicitFormat);
 
 // path "-" writes the text formats (csv, json, cal) to standard output; a

@@ -74,7 +74,13 @@ int32_t LibrarySession::Init() {
         throw ToolError(kExitData, sourceName_ + ": " + problem.value_or("calibration block failed its checks"));
     }
     if (status == CCT_ERR_FILE_NOT_OPENED) throw ToolError(kExitNoInput, sourceName_ + ": cannot read input");
-    if (firmwarePanel_ && ctx_->fromBios == 0) std::cerr << "quarnel: " << sourceName_ << ": " << FirmwareGap() << '\n';
+    // A command may open many sessions on one panel (a picture runs every
+    // mode); the user hears about the missing firmware data once.
+    static bool firmwareGapTold = false;
+    if (firmwarePanel_ && ctx_->fromBios == 0 && !firmwareGapTold) {
+        std::cerr << "quarnel: " << sourceName_ << ": " << FirmwareGap() << '\n';
+        firmwareGapTold = true;
+    }
     return status;
 }
 

@@ -53,7 +53,8 @@ std::string ModeSummary(Mode mode, const CurveOptions& options) {
     if (mode == Mode::Slider || mode == Mode::VxVivid || mode == Mode::VxCurve)
         add(", interval %.2f", options.interval);
     if (mode == Mode::ReadingMulti) {
-        add(", reading level %.0f", options.readingIndex);
+        // A blend between two levels shows as one: "reading level 0.5 of 3".
+        add(", reading level %g", options.readingIndex);
         add(" of %.0f", options.readingLevels);
     }
     if (options.brightness != 1.0) add(", brightness %.2f", options.brightness);
