@@ -1,22 +1,28 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""Turns one JSON run of bench/api/api_bench into the README's speed tables.
+"""Turns one JSON run of bench/api/api_bench into the speed tables of
+docs/performance.md.
 
     build/release/bench/api/api_bench --benchmark_repetitions=15 \\
         --benchmark_enable_random_interleaving=true --benchmark_min_time=0.05 \\
         --benchmark_out=api.json --benchmark_out_format=json
-    scripts/speed-table.py api.json
+    scripts/speed-table.py api.json                 # print the tables
+    scripts/speed-table.py api.json --write docs/performance.md
 
-Every time is the median CPU time of the repetitions; every ratio is a
-request's median over its own floor's, from the same run.
+With --write the tables replace what lies between the file's two
+"speed tables" markers. Every time is the median CPU time of the
+repetitions; every ratio is a request's median over its own floor's, and
+every gain a form's median against the baseline form's, from the same run.
 """
 import json
+import re
 import sys
 
-NAMES = {2: "2 slider (0.75)", 3: "3 theater", 4: "4 vivid", 5: "5 reading strong", 6: "6 reading weak",
-         7: "7 reading multi", -3: "VX 3 vivid", -26: "VX 26 vivid", -21: "VX 21 curve", -22: "VX 22 curve",
-         -23: "VX 23 curve", -24: "VX 24 curve", -25: "VX 25 curve"}
+NAMES = {1: "1 from a file", 2: "2 slider (0.75)", 3: "3 theater", 4: "4 vivid", 5: "5 reading strong",
+         6: "6 reading weak", 7: "7 reading multi", -3: "VX 3 vivid", -26: "VX 26 vivid", -21: "VX 21 curve",
+         -22: "VX 22 curve", -23: "VX 23 curve", -24: "VX 24 curve", -25: "VX 25 curve"}
 TYPES = range(6)
+BEGIN, END = "<!-- speed tables begin -->", "<!-- speed tables end -->"
 
 
 def medians(path):
@@ -27,34 +33,98 @@ def medians(path):
     return run["context"], times
 
 
-def main(path):
-    context, t = medians(path)
-    print(f"<!-- {context.get('host_name', '')}: {context.get('num_cpus')} CPUs at "
-          f"{context.get('mhz_per_cpu')} MHz, {context.get('date', '')} -->")
-    print("| benchmark            | time    | its floor | vs floor |")
-    print("|----------------------|---------|-----------|----------|")
-    r0, f0 = t["BM_Request0"], t["BM_Request0Floor"]
-    print(f"| request 0            | {r0:.0f} ns | {f0:.0f} ns   | {r0 / f0:.2f}     |")
-    for ty in TYPES:
-        v, f = t[f"BM_Request8/{ty}"], t[f"BM_Request8Floor/{ty}"]
-        print(f"| request 8, type {ty}    | {v:.0f} ns | {f:.0f} ns   | {v / f:.2f}     |")
-    print()
-    print("| request            | type 0  | its floor | " + " | ".join(f"{ty}   " for ty in TYPES) + " |")
-    print("|--------------------|---------|-----------|" + "|".join("------" for _ in TYPES) + "|")
-    r1, f1 = t["BM_Request1"], t["BM_Request1Floor"]
-    print(f"| {'1 from a file':<18} | {r1:.0f} ns | {f1:.0f} ns   | {r1 / f1:.2f} |" + "      |" * 5)
+def request_time(t, request, ty, form):
+    """A request's median in one form, and its floor's."""
+    if request == 1:
+        return t.get(f"BM_Request1/form:{form}"), t["BM_Request1Floor"]
+    key = f"request:{request}/type:{ty}"
+    return t.get(f"BM_Request/{key}/form:{form}"), t[f"BM_RequestFloor/{key}"]
+
+
+def types_of(request):
+    return [0] if request == 1 else list(TYPES)
+
+
+def header(first):
+    return [f"| {first:<18} | type 0  | its floor | " + " | ".join(f"{ty}   " for ty in TYPES) + " |",
+            "|--------------------|---------|-----------|" + "|".join("------" for _ in TYPES) + "|"]
+
+
+def ratio_table(t, form):
+    lines = header("request")
     worst = {}
     for request, name in NAMES.items():
         cells = []
-        for ty in TYPES:
-            key = f"request:{request}/type:{ty}"
-            ratio = t[f"BM_Request/{key}"] / t[f"BM_RequestFloor/{key}"]
-            worst[request] = max(worst.get(request, 0.0), ratio)
-            cells.append(f"{ratio:.2f}")
-        r0, f0 = t[f"BM_Request/request:{request}/type:0"], t[f"BM_RequestFloor/request:{request}/type:0"]
-        print(f"| {name:<18} | {r0:.0f} ns | {f0:.0f} ns   | " + " | ".join(cells) + " |")
-    print(f"\n<!-- highest ratio: {max(worst.values()):.2f}; request 1: {r1 / f1:.2f} -->")
+        for ty in types_of(request):
+            v, f = request_time(t, request, ty, form)
+            worst[(request, ty)] = v / f
+            cells.append(f"{v / f:.2f}")
+        v0, f0 = request_time(t, request, 0, form)
+        cells += [""] * (len(TYPES) - len(cells))
+        lines.append(f"| {name:<18} | {v0:.0f} ns | {f0:.0f} ns   | " + " | ".join(f"{c:<4}" for c in cells) + " |")
+    return lines, worst
+
+
+def gain_table(t, form):
+    """What the form takes off each whole request, in per cent of the
+    baseline form's time."""
+    lines = ["| request            | " + " | ".join(f"type {ty}" for ty in TYPES) + " |",
+             "|--------------------|" + "|".join("--------" for _ in TYPES) + "|"]
+    best = 0.0
+    for request, name in NAMES.items():
+        cells = []
+        for ty in types_of(request):
+            base, _ = request_time(t, request, ty, 0)
+            v, _ = request_time(t, request, ty, form)
+            gain = 100.0 * (base - v) / base
+            best = max(best, gain)
+            cells.append(f"{gain:+.1f} %")
+        cells += [""] * (len(TYPES) - len(cells))
+        lines.append(f"| {name:<18} | " + " | ".join(f"{c:<6}" for c in cells) + " |")
+    return lines, best
+
+
+def tables(path):
+    context, t = medians(path)
+    forms = sorted({int(m.group(1)) for name in t for m in [re.search(r"/form:(\d+)", name)] if m})
+    names = context.get("vector_forms", "").split(",")
+    out = [f"Measured on {context.get('cpu_model', 'an unnamed processor')} ({context.get('num_cpus')} CPUs, "
+           f"{context.get('mhz_per_cpu')} MHz as the benchmark reports it), {context.get('date', '')}; "
+           f"the library runs its {context.get('vector_form', 'unnamed')} form there.", ""]
+    out += ["| benchmark            | time    | its floor | vs floor |",
+            "|----------------------|---------|-----------|----------|"]
+    r0, f0 = t["BM_Request0"], t["BM_Request0Floor"]
+    out.append(f"| request 0            | {r0:.0f} ns | {f0:.0f} ns   | {r0 / f0:.2f}     |")
+    for ty in TYPES:
+        v, f = t[f"BM_Request8/{ty}"], t[f"BM_Request8Floor/{ty}"]
+        out.append(f"| request 8, type {ty}    | {v:.0f} ns | {f:.0f} ns   | {v / f:.2f}     |")
+    summary = []
+    for form in forms:
+        lines, worst = ratio_table(t, form)
+        out += ["", f"Each request over its own floor, every lut api type, LUT loops in the {names[form]} form:", ""]
+        out += lines
+        lut = [r for (request, ty), r in worst.items() if request != 1]
+        summary.append(f"{names[form]}: highest LUT request {max(lut):.2f}, request 1 {worst[(1, 0)]:.2f}")
+    for form in forms[1:]:
+        lines, best = gain_table(t, form)
+        out += ["", f"What the {names[form]} form takes off each whole request against the baseline form:", ""]
+        out += lines
+        summary.append(f"{names[form]} takes at most {best:.1f} % off a request")
+    out += ["", "<!-- " + "; ".join(summary) + " -->"]
+    return "\n".join(out)
+
+
+def main(argv):
+    text = tables(argv[1])
+    if len(argv) == 4 and argv[2] == "--write":
+        with open(argv[3], encoding="utf-8") as f:
+            doc = f.read()
+        start, end = doc.index(BEGIN) + len(BEGIN), doc.index(END)
+        with open(argv[3], "w", encoding="utf-8") as f:
+            f.write(doc[:start] + "\n" + text + "\n" + doc[end:])
+    else:
+        print(text)
 
 
 if __name__ == "__main__":
-    main(sys.argv[1])
+    main(sys.argv)

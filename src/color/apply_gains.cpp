@@ -7,7 +7,7 @@
 
 #include "core/half_up.h"
 #include "core/lut16.h"
-#include "core/wide_vectors.h"
+#include "core/vector_forms.h"
 #include "platform/processor.h"
 
 namespace quarnel {
@@ -41,14 +41,6 @@ QUARNEL_KERNEL void ApplyToPlane(const double* levels, double g, const uint16_t*
         out[i] = static_cast<uint16_t>(entries[static_cast<std::size_t>(index[i])]);
 }
 
-void ApplyToPlaneBaseline(const double* levels, double g, const uint16_t* plane, uint16_t* out) {
-    ApplyToPlane(levels, g, plane, out);
-}
-
-QUARNEL_WIDE void ApplyToPlaneWide(const double* levels, double g, const uint16_t* plane, uint16_t* out) {
-    ApplyToPlane(levels, g, plane, out);
-}
-
 // `levels` are the input levels that the gains scale, entry by entry; they
 // rise from the first entry to the last.
 void Apply(const double* levels, const double gain[3], const uint16_t* src, uint16_t* dst) {
@@ -58,8 +50,8 @@ void Apply(const double* levels, const double gain[3], const uint16_t* src, uint
         std::copy(src, src + kLutEntries, base.begin());
         from = base.data();
     }
-    const auto apply = platform::ActiveForm(ApplyToPlaneBaseline, ApplyToPlaneWide);
-    for (int c = 0; c < kLutPlanes; ++c) apply(levels, gain[c], from + LutIndex(c, 0), dst + LutIndex(c, 0));
+    for (int c = 0; c < kLutPlanes; ++c)
+        platform::RunLoop<ApplyToPlane>(levels, gain[c], from + LutIndex(c, 0), dst + LutIndex(c, 0));
 }
 
 }  // namespace

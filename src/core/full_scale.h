@@ -19,17 +19,9 @@
 //
 // T is double or a vector of doubles (taken by reference: a 32-byte vector
 // is not passed by value in the baseline form).
-//
-// The widest form has fused multiply-adds: the remainder x - 65280 q, exact
-// as above, comes out of one fused step, and q + e r is rounded once, which
-// lands nearer still to Q. Same bits, three operations instead of seven.
 
 #include "core/constants.h"
-#include "core/wide_vectors.h"
-
-#ifdef QUARNEL_WIDER_VECTORS
-#include <immintrin.h>
-#endif
+#include "core/vector_forms.h"
 
 namespace quarnel {
 
@@ -42,14 +34,5 @@ QUARNEL_KERNEL void DivideByFullScale(T& x) {
     const T e = (x - q * kAbove) + q * kStep;
     x = q + e * kInverse;
 }
-
-#ifdef QUARNEL_WIDER_VECTORS
-QUARNEL_WIDER QUARNEL_KERNEL void DivideByFullScaleFused(__m512d& x) {
-    const __m512d inverse = _mm512_set1_pd(1.0 / kLutFullScale);
-    const __m512d q = _mm512_mul_pd(x, inverse);
-    const __m512d e = _mm512_fnmadd_pd(q, _mm512_set1_pd(kLutFullScale), x);
-    x = _mm512_fmadd_pd(e, inverse, q);
-}
-#endif
 
 }  // namespace quarnel

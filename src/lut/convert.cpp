@@ -34,14 +34,14 @@ int32_t ConvertChecked(int32_t lutApiType, const uint16_t* inLut, uint16_t* outL
 
     switch (lutApiType) {
         case CCT_LUT_API_IGCL:
-            convert::ActiveKernels().igcl(inLut, outIgcl);
+            convert::ConvertIgcl(inLut, outIgcl);
             break;
         case CCT_LUT_API_NVIDIA:
             DebugPrint("Run convert power lut with api type: %d\n", 1);
-            convert::ActiveKernels().nvidia(inLut, outNv);
+            convert::ConvertNvidia(inLut, outNv);
             break;
         case CCT_LUT_API_SRGB:
-            convert::ActiveKernels().srgbLut16(inLut, outLut);
+            convert::ConvertSrgbLut16(inLut, outLut);
             break;
         default:  // whole 16-bit entries round to themselves: the table goes out as it stands
             std::memmove(outLut, inLut, kLutEntries * sizeof(uint16_t));

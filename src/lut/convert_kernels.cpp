@@ -7,9 +7,8 @@
 #include "core/constants.h"
 #include "core/full_scale.h"
 #include "core/lut16.h"
-#include "core/wide_vectors.h"
+#include "core/vector_forms.h"
 #include "lut/convert_taps.h"
-#include "lut/convert_wider.h"
 #include "lut/level_kernels.h"
 #include "lut/level_vectors.h"
 #include "platform/processor.h"
@@ -146,29 +145,12 @@ QUARNEL_KERNEL void Igcl(const uint16_t* inLut, double* outIgcl) {
     }
 }
 
-void SrgbLut16Baseline(const uint16_t* in, uint16_t* out) { SrgbLut16(in, out); }
-void NvidiaBaseline(const uint16_t* in, float* out) { Nvidia(in, out); }
-void IgclBaseline(const uint16_t* in, double* out) { Igcl(in, out); }
-
-QUARNEL_WIDE void SrgbLut16Wide(const uint16_t* in, uint16_t* out) { SrgbLut16(in, out); }
-QUARNEL_WIDE void NvidiaWide(const uint16_t* in, float* out) { Nvidia(in, out); }
-QUARNEL_WIDE void IgclWide(const uint16_t* in, double* out) { Igcl(in, out); }
-
-#ifdef QUARNEL_WIDER_VECTORS
-QUARNEL_WIDER void SrgbLut16Wider(const uint16_t* in, uint16_t* out) { SrgbLut16(in, out); }
-QUARNEL_WIDER void IgclWider(const uint16_t* in, double* out) { Igcl(in, out); }
-#endif
-
-constexpr Kernels kBaseline{SrgbLut16Baseline, NvidiaBaseline, IgclBaseline};
-constexpr Kernels kWide{SrgbLut16Wide, NvidiaWide, IgclWide};
-#ifdef QUARNEL_WIDER_VECTORS
-constexpr Kernels kWider{SrgbLut16Wider, NvidiaWider, IgclWider};
-#else
-constexpr Kernels kWider = kWide;
-#endif
-
 }  // namespace
 
-const Kernels& ActiveKernels() { return *platform::ActiveForm(&kBaseline, &kWide, &kWider); }
+void ConvertSrgbLut16(const uint16_t* inLut, uint16_t* outLut) { platform::RunLoop<SrgbLut16>(inLut, outLut); }
+
+void ConvertNvidia(const uint16_t* inLut, float* outNv) { platform::RunLoop<Nvidia>(inLut, outNv); }
+
+void ConvertIgcl(const uint16_t* inLut, double* outIgcl) { platform::RunLoop<Igcl>(inLut, outIgcl); }
 
 }  // namespace quarnel::convert

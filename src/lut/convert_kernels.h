@@ -1,21 +1,17 @@
 // SPDX-License-Identifier: MIT
 #pragma once
-// The numeric loops of the driver conversion, in both vector widths (see
-// core/wide_vectors.h).
+// The numeric loops of the driver conversion (their forms: see
+// core/vector_forms.h).
 
 #include <cstdint>
 
 namespace quarnel::convert {
 
-// A form of the three conversions that compute: types 1 (sRGB folded into
-// the 16-bit table), 2 (the NVIDIA float arrays) and 4 (IGCL doubles).
-struct Kernels {
-    void (*srgbLut16)(const uint16_t* inLut, uint16_t* outLut);
-    void (*nvidia)(const uint16_t* inLut, float* outNv);
-    void (*igcl)(const uint16_t* inLut, double* outIgcl);
-};
-
-// The form the processor in use runs.
-const Kernels& ActiveKernels();
+// The three conversions that compute, each in the form the processor runs:
+// types 1 (sRGB folded into the 16-bit table), 2 (the NVIDIA float arrays)
+// and 4 (IGCL doubles).
+void ConvertSrgbLut16(const uint16_t* inLut, uint16_t* outLut);
+void ConvertNvidia(const uint16_t* inLut, float* outNv);
+void ConvertIgcl(const uint16_t* inLut, double* outIgcl);
 
 }  // namespace quarnel::convert

@@ -2,7 +2,7 @@
 #pragma once
 // The steps every form of the driver conversion shares: the table as levels
 // of doubles, the sRGB re-sampling of one level, and a single post-gamma
-// point. Inlined into each form (see core/wide_vectors.h).
+// point. Inlined into each form (see core/vector_forms.h).
 
 #include <cstddef>
 #include <cstdint>
@@ -10,7 +10,7 @@
 
 #include "core/constants.h"
 #include "core/lut16.h"
-#include "core/wide_vectors.h"
+#include "core/vector_forms.h"
 #include "lut/convert_taps.h"
 #include "lut/level_vectors.h"
 

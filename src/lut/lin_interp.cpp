@@ -4,7 +4,7 @@
 #include <algorithm>
 
 #include "core/lut16.h"
-#include "core/wide_vectors.h"
+#include "core/vector_forms.h"
 #include "lut/improve.h"
 #include "platform/processor.h"
 
@@ -78,15 +78,6 @@ QUARNEL_KERNEL void Rebuild(int step, const SegmentEnds& ends, uint16_t* plane) 
     for (int k = 0; k < kDefaultStep; ++k) plane[k] = Entry(LevelOnLine(offset[k] * slope16 + start));
 }
 
-void RebuildBaseline(int step, const SegmentEnds& ends, uint16_t* plane) { Rebuild(step, ends, plane); }
-
-QUARNEL_WIDE void RebuildWide(int step, const SegmentEnds& ends, uint16_t* plane) { Rebuild(step, ends, plane); }
-#ifdef QUARNEL_WIDER_VECTORS
-QUARNEL_WIDER void RebuildWider(int step, const SegmentEnds& ends, uint16_t* plane) { Rebuild(step, ends, plane); }
-#else
-constexpr auto RebuildWider = RebuildWide;
-#endif
-
 int StepInForce(int step) { return step < 1 || step > kMaxStep ? kDefaultStep : step; }
 
 template <typename ReadEntries>
@@ -94,7 +85,7 @@ void Interpolate(int step, ReadEntries entries, uint16_t* plane) {
     step = StepInForce(step);
     SegmentEnds ends;
     ReadEnds(step, entries, ends);
-    platform::ActiveForm(RebuildBaseline, RebuildWide, RebuildWider)(step, ends, plane);
+    platform::RunLoop<Rebuild>(step, ends, plane);
 }
 
 }  // namespace

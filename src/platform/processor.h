@@ -1,37 +1,30 @@
 // SPDX-License-Identifier: MIT
 #pragma once
-// The processor: whether it runs the wide (AVX2) and the widest (AVX-512)
-// forms of the LUT loops.
+// The processor's side of the LUT loops' forms (core/vector_forms.h): which
+// forms it runs, and the one that every loop runs in.
 
+#include <utility>
+
+#include "core/vector_forms.h"
 #include "platform/seam.h"
 
 namespace quarnel::platform {
 
-class Processor {
-public:
-    virtual ~Processor() = default;
-    virtual bool HasWideVectors() const = 0;
-    // Only a processor with the wide vectors has the wider ones.
-    virtual bool HasWiderVectors() const = 0;
-};
+// Whether this processor runs `form`; it always runs the baseline.
+bool ProcessorRuns(VectorForm form);
 
-// The processor in use: the machine's own, asked once per process, unless a
-// test has put its own in place.
-const Processor& ActiveProcessor();
+// The form the loops run in: the widest this processor runs, asked once per
+// process, unless a test or benchmark has forced one.
+VectorForm ActiveVectorForm();
 
-// `wide` where the processor in use runs the wide form, else `baseline`.
-template <typename Form>
-Form ActiveForm(Form baseline, Form wide) {
-    return ActiveProcessor().HasWideVectors() ? wide : baseline;
+// Runs `Kernel` in the active form.
+template <auto Kernel, typename... Args>
+void RunLoop(Args&&... args) {
+    LoopForms<Kernel>::kEntries[static_cast<std::size_t>(ActiveVectorForm())](std::forward<Args>(args)...);
 }
 
-// `wider` where the processor in use runs the widest form, else as above.
-template <typename Form>
-Form ActiveForm(Form baseline, Form wide, Form wider) {
-    return ActiveProcessor().HasWiderVectors() ? wider : ActiveForm(baseline, wide);
-}
-
-// Test seam: a processor that offers, or withholds, the wide forms.
-using ScopedProcessor = ScopedOverride<const Processor>;
+// Test and benchmark seam: forces a form for the object's lifetime. Only a
+// form the processor runs may be forced.
+using ScopedVectorForm = ScopedOverride<const VectorForm>;
 
 }  // namespace quarnel::platform

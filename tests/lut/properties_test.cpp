@@ -14,7 +14,6 @@
 #include "core/srgb.h"
 #include "lut/bright_ctrl.h"
 #include "lut/convert.h"
-#include "platform/processor.h"
 #include "support/capture.h"
 
 namespace quarnel {
@@ -98,17 +97,8 @@ TEST(LutProperty, NvidiaPostGammaIsThePlainConversionBitForBit) {
     EXPECT_EQ(differing, 0);
 }
 
-#ifdef QUARNEL_WIDER_VECTORS
-// The fused quotient of eight values, in place.
-QUARNEL_WIDER void DivideFused(double* x) {
-    __m512d v = _mm512_loadu_pd(x);
-    DivideByFullScaleFused(v);
-    _mm512_storeu_pd(x, v);
-}
-#endif
-
 // Every 16-bit entry, and values between entries with every kind of
-// fraction, come out as the division rounds them, in both ways of dividing.
+// fraction, come out as the division rounds them.
 TEST(LutProperty, DivisionFreeQuotientIsTheDivisionsBitForBit) {
     std::mt19937_64 rng(7);
     std::uniform_int_distribution<int> entry(0, 65535);
@@ -126,13 +116,6 @@ TEST(LutProperty, DivisionFreeQuotientIsTheDivisionsBitForBit) {
         wrong += q != x / kLutFullScale;
     }
     EXPECT_EQ(wrong, 0);
-#ifdef QUARNEL_WIDER_VECTORS
-    if (!platform::ActiveProcessor().HasWiderVectors()) return;
-    std::vector<double> fused = xs;  // 65536 + 1000000 values: whole vectors of eight
-    for (std::size_t i = 0; i < fused.size(); i += 8) DivideFused(&fused[i]);
-    for (std::size_t i = 0; i < xs.size(); ++i) wrong += fused[i] != xs[i] / kLutFullScale;
-    EXPECT_EQ(wrong, 0);
-#endif
 }
 
 }  // namespace

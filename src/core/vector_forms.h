@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+// The forms of the LUT loops. Each loop is one kernel, compiled once per
+// form: for the x86-64 baseline (16-byte SSE2 vectors, which every x86-64
+// processor has) and for AVX2 (32-byte vectors), whose four double lanes
+// the conversions' levels of red, green, blue and a spare lane fill. Both
+// forms do the same double arithmetic in the same order, so their results
+// agree bit for bit: the core is built without floating-point contraction,
+// so no form fuses a multiply into an add. Which form runs is the
+// processor's business (platform/processor.h).
+
+#include <cstddef>
+
+namespace quarnel {
+
+enum class VectorForm { kBaseline, kAvx2 };
+inline constexpr std::size_t kVectorFormCount = 2;
+
+// How the forms are named where a person reads them.
+inline constexpr const char* kVectorFormNames[kVectorFormCount] = {"baseline (SSE2)", "AVX2"};
+
+#if defined(__GNUC__) && (defined(__x86_64__) || defined(__i386__))
+#define QUARNEL_AVX2_BUILT 1
+#define QUARNEL_AVX2 [[gnu::target("avx2")]]
+#else
+// Elsewhere the AVX2 form is built like the baseline and never chosen.
+#define QUARNEL_AVX2
+#endif
+
+// A kernel: inlined into each form's entry point, so that it is compiled
+// for that form's instruction set.
+#if defined(__GNUC__)
+#define QUARNEL_KERNEL [[gnu::always_inline]] inline
+#else
+#define QUARNEL_KERNEL inline
+#endif
+
+// The entry points of one kernel, one per form, in the order of VectorForm.
+// (Vectors wider than 16 bytes are never arguments: the baseline form would
+// pass them differently.)
+template <auto Kernel, typename Signature = decltype(Kernel)>
+struct LoopForms;
+
+template <auto Kernel, typename... Args>
+struct LoopForms<Kernel, void (*)(Args...)> {
+    static void Baseline(Args... args) { Kernel(args...); }
+    QUARNEL_AVX2 static void Avx2(Args... args) { Kernel(args...); }
+    static constexpr void (*kEntries[kVectorFormCount])(Args...) = {Baseline, Avx2};
+};
+
+}  // namespace quarnel
