@@ -20,6 +20,8 @@ _quarnel_options() {
     "block inspect") echo "$common --json" ;;
     "block build" | "block measurements" | "block sample") echo "$common -o" ;;
     "string decode") echo "$common --method -o --format" ;;
+    "block lot") echo "$common --count --seed --damaged -o" ;;
+    qa) echo "$common -q --quiet --csv --json --report -j --jobs --max-duv --min-srgb --min-p3 --min-luminance --min-gamma --max-gamma --outlier" ;;
     *) echo "$common" ;;
   esac
 }
@@ -27,8 +29,8 @@ _quarnel_options() {
 # _quarnel_subcommands COMMAND: the commands below COMMAND.
 _quarnel_subcommands() {
   case $1 in
-    "") echo "modes lut block string version apply show reset plot profile" ;;
-    block) echo "inspect build measurements sample" ;;
+    "") echo "modes lut block string version qa apply show reset plot profile" ;;
+    block) echo "inspect build measurements sample lot" ;;
     string) echo "encode decode" ;;
     plot) echo "chromaticity" ;;
     profile) echo "install remove list" ;;
@@ -39,7 +41,7 @@ _quarnel_subcommands() {
 _quarnel_positional() {
   case $1 in
     lut | apply | "profile install") echo mode ;;
-    "block inspect" | "block build" | "block measurements" | "string encode") echo file ;;
+    "block inspect" | "block build" | "block measurements" | "string encode" | qa) echo file ;;
   esac
 }
 
@@ -57,11 +59,13 @@ _quarnel() {
     --api) mapfile -t COMPREPLY < <(compgen -W "plain srgb nvidia qcom igcl plain5" -- "$cur") && return ;;
     --format) mapfile -t COMPREPLY < <(compgen -W "csv json cal icc png svg" -- "$cur") && return ;;
     --firmware | --method) mapfile -t COMPREPLY < <(compgen -W "0 1" -- "$cur") && return ;;
-    --calib | --curve | -o)
+    --calib | --curve | -o | --csv | --json | --report)
       compopt -o filenames 2>/dev/null
       mapfile -t COMPREPLY < <(compgen -f -- "$cur")
       return ;;
-    --interval | --brightness | --reading-levels | --reading-index | --output | --display | --device) return ;;
+    --interval | --brightness | --reading-levels | --reading-index | --output | --display | --device | --count | \
+      --seed | --damaged | -j | --jobs | --max-duv | --min-srgb | --min-p3 | --min-luminance | --min-gamma | \
+      --max-gamma | --outlier) return ;;
   esac
 
   # Walk the words before the cursor: the command, then its positional arguments.
@@ -70,7 +74,9 @@ _quarnel() {
     word=${COMP_WORDS[i]}
     case $word in
       --calib | --curve | -o | --api | --format | --firmware | --method | --interval | --brightness | \
-        --reading-levels | --reading-index | --output | --display | --device) ((i++)) ;;
+        --reading-levels | --reading-index | --output | --display | --device | --csv | --json | --report | \
+        --count | --seed | --damaged | -j | --jobs | --max-duv | --min-srgb | --min-p3 | --min-luminance | \
+        --min-gamma | --max-gamma | --outlier) ((i++)) ;;
       -*) ;;
       *)
         sub=$(_quarnel_subcommands "$command")

@@ -181,6 +181,8 @@ void AddBlockCommands(CLI::App& app, const GlobalOptions& global) {
         "white at Y = 100.\nExample:\n  quarnel block measurements panel.bin -o panel.ti3 && colprof -as panel");
     measurements->callback([measurementsCli] { Measurements(measurementsCli->file, measurementsCli->output); });
 
+    AddBlockLotCommand(*block);
+
     auto sampleOutput = std::make_shared<std::string>("-");
     auto* sample = block->add_subcommand("sample", "Print the built-in sample panel's description, a template");
     sample->add_option("-o", *sampleOutput, "File to write (default: standard output)")->type_name("FILE");

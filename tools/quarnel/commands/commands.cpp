@@ -9,6 +9,7 @@ void AddCommands(CLI::App& app, const GlobalOptions& global) {
     AddBlockCommands(app, global);
     AddStringCommands(app, global);
     AddVersionCommand(app, global);
+    AddQaCommand(app, global);
     AddDisplayCommands(app, global);
     AddPlotCommand(app, global);
     AddProfileCommands(app, global);

@@ -21,6 +21,10 @@ void AddLutCommand(CLI::App& app, const GlobalOptions& global);
 void AddBlockCommands(CLI::App& app, const GlobalOptions& global);
 void AddStringCommands(CLI::App& app, const GlobalOptions& global);
 void AddVersionCommand(CLI::App& app, const GlobalOptions& global);
+// Factory QA over a production lot of blocks.
+void AddQaCommand(CLI::App& app, const GlobalOptions& global);
+// `block lot`, under the block command.
+void AddBlockLotCommand(CLI::App& block);
 // apply, show and reset: a mode's curve on a live X11 display's gamma ramps.
 void AddDisplayCommands(CLI::App& app, const GlobalOptions& global);
 // The panel's picture in the chromaticity diagram.

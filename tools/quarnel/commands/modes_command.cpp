@@ -16,8 +16,6 @@
 namespace quarnel::tool {
 namespace {
 
-constexpr Mode kShownModes[] = {Mode::Slider,      Mode::Theater,      Mode::Vivid,  Mode::ReadingStrong,
-                                Mode::ReadingWeak, Mode::ReadingMulti, Mode::Native, Mode::VxVivid};
 constexpr size_t kDigestEntries[] = {0, 64, 128, 192, 255};
 constexpr const char* kPlaneNames[3] = {"red", "green", "blue"};
 constexpr size_t kNameWidth = 14;
@@ -60,7 +58,7 @@ PanelReport Collect(const CurveOptions& options) {
     report.calibrationVersion = session.context().biosVer;
     report.factoryData = session.context().fromBios != 0;
     const PanelModel panel = FromMeasurements(DescribePanel(session).measured);
-    for (Mode mode : kShownModes) {
+    for (Mode mode : kPanelModes) {
         ModeRow row{mode, RunMode(session, mode, options), std::nullopt};
         // Without a successful initialisation only the native mode's curve means anything.
         const bool meaningful = row.result.status == 0 && (report.initStatus == 0 || mode == Mode::Native);

@@ -10,6 +10,7 @@ namespace quarnel::tool {
 
 enum ExitCode : int {
     kExitOk = 0,
+    kExitChecksFailed = 1,  // the data was read, and some of it failed the checks asked for (qa)
     kExitUsage = 64,        // EX_USAGE
     kExitData = 65,         // EX_DATAERR
     kExitNoInput = 66,      // EX_NOINPUT

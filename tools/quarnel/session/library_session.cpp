@@ -48,8 +48,9 @@ LibrarySession::LibrarySession(const CurveOptions& options, bool vetBlock)
     }
     if (options.calibFile) {
         // Refused here with the reason, rather than by the library with a status.
-        const auto problem = BlockFileProblem(*options.calibFile, verbose_);
-        if (problem && vetBlock) throw ToolError(kExitData, *options.calibFile + ": " + *problem);
+        if (vetBlock)
+            if (const auto problem = BlockFileProblem(*options.calibFile, verbose_))
+                throw ToolError(kExitData, *options.calibFile + ": " + *problem);
         sourcePath_ = *options.calibFile;
         sourceName_ = *options.calibFile;
     } else {

@@ -46,4 +46,8 @@ ModeCurve RunMode(LibrarySession& session, Mode mode, const CurveOptions& option
 
 std::vector<std::string> ModeNames();
 
+// The modes shown for a whole panel, each with the options' defaults.
+inline constexpr Mode kPanelModes[] = {Mode::Slider,      Mode::Theater,      Mode::Vivid,  Mode::ReadingStrong,
+                                       Mode::ReadingWeak, Mode::ReadingMulti, Mode::Native, Mode::VxVivid};
+
 }  // namespace quarnel::tool
