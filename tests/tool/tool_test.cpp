@@ -318,6 +318,7 @@ TEST_F(ToolTest, ChromaticityPictureShowsBothGamutsWhereTheyLie) {
     ASSERT_EQ(Run("block build red.json -o red.bin").code, 0);
     ASSERT_EQ(Run("plot chromaticity --calib red.bin -o red.png").code, 0);
     ASSERT_EQ(Run("plot chromaticity -o srgb.svg").code, 0);
+    ASSERT_EQ(Run("plot chromaticity -o SRGB.PNG").code, 0);
 
     cairo_surface_t* png = cairo_image_surface_create_from_png((dir / "red.png").c_str());
     ASSERT_EQ(cairo_surface_status(png), CAIRO_STATUS_SUCCESS);
@@ -325,7 +326,7 @@ TEST_F(ToolTest, ChromaticityPictureShowsBothGamutsWhereTheyLie) {
     EXPECT_EQ(cairo_image_surface_get_height(png), 620);
     // The whole diagram maps x 0..0.8 to pixels 60..540 and y 0..0.9 to 570..30; a corner of a triangle
     // colours some pixel next to it.
-    const auto near = [&](double x, double y, auto&& colour) {
+    const auto near = [&png](double x, double y, auto&& colour) {
         const int px = static_cast<int>(std::lround(60 + x * 600)), py = static_cast<int>(std::lround(570 - y * 600));
         bool found = false;
         for (int row = py - 2; row <= py + 2; ++row)
@@ -342,9 +343,34 @@ TEST_F(ToolTest, ChromaticityPictureShowsBothGamutsWhereTheyLie) {
     EXPECT_TRUE(near(0.64, 0.33, grey));
     EXPECT_FALSE(near(0.64, 0.33, orange));
     cairo_surface_destroy(png);
+    // The sample's primaries are sRGB's own: sRGB's dark dashes still show over the panel's line.
+    png = cairo_image_surface_create_from_png((dir / "SRGB.PNG").c_str());
+    ASSERT_EQ(cairo_surface_status(png), CAIRO_STATUS_SUCCESS);
+    const auto dark = [](const unsigned char* p) { return p[2] < 60 && p[2] == p[1] && p[1] == p[0]; };
+    for (const auto& [x, y] : {std::pair{0.64, 0.33}, {0.30, 0.60}, {0.15, 0.06}}) {
+        EXPECT_TRUE(near(x, y, dark)) << x << " " << y;
+        EXPECT_TRUE(near(x, y, orange)) << x << " " << y;
+    }
+    cairo_surface_destroy(png);
     // IEC 61966-2-1 primaries, red, green, blue, at those pixels in the vector picture.
-    EXPECT_NE(ReadFile(dir / "srgb.svg").find("d=\"M 444 372 L 240 210 M 240 210 L 150 534 M 150 534 L 444 372 \""),
-              std::string::npos);
+    const std::string svg = ReadFile(dir / "srgb.svg");
+    EXPECT_NE(svg.find("d=\"M 444 372 L 240 210 M 240 210 L 150 534 M 150 534 L 444 372 \""), std::string::npos);
+    // The enlarged view (pixels 610..1120 by 30..390) holds the slider's whole track, which runs steadily
+    // to the blue from its warm end to its cold end.
+    const size_t track = svg.find("d=\"", svg.find("stroke:rgb(0%,45%,70%);stroke-opacity:1;stroke-dasharray"));
+    ASSERT_NE(track, std::string::npos);
+    std::istringstream points(svg.substr(track + 3, svg.find('"', track + 3) - track - 3));
+    size_t count = 0;
+    double previousX = 1120;
+    for (std::string command; points >> command;) {
+        double x = 0, y = 0;
+        points >> x >> y;
+        ++count;
+        EXPECT_TRUE(x >= 610 && x <= 1120 && y >= 30 && y <= 390) << x << " " << y;
+        EXPECT_LT(x, previousX) << "point " << count;
+        previousX = x;
+    }
+    EXPECT_EQ(count, 21u) << "the slider from 0.5 to 1.5 in steps of 0.05";
 
     for (const auto& [args, code] : {std::pair{"-o missing/x.png", 73}, {"-o x.txt", 64}, {"--calib none.bin", 66}})
         EXPECT_EQ(Run(std::string("plot chromaticity ") + args).code, code) << args;

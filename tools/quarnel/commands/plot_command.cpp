@@ -59,8 +59,11 @@ ChromaticityScene Scene(const CurveOptions& options) {
     for (Mode mode : kPlottedModes)
         if (const auto white = ModeWhite(mode, options)) AddWhite(scene.whites, ModeLabel(mode, options), *white);
     CurveOptions slider = options;
-    for (double v = kSliderWarm; v <= kSliderCold + 1e-9; v += kSliderStep) {
-        slider.interval = v;
+    // Counted in steps: a sum of steps overshoots the cold end, where the
+    // library takes the interval as out of range.
+    const auto steps = static_cast<int>(std::lround((kSliderCold - kSliderWarm) / kSliderStep));
+    for (int i = 0; i <= steps; ++i) {
+        slider.interval = i == steps ? kSliderCold : kSliderWarm + i * kSliderStep;
         if (const auto white = ModeWhite(Mode::Slider, slider)) scene.sliderTrack.push_back({white->x, white->y});
     }
     return scene;

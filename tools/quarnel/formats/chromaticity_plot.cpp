@@ -12,6 +12,8 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <initializer_list>
+#include <optional>
 
 #include "formats/cairo_picture.h"
 #include "io/tool_error.h"
@@ -42,15 +44,20 @@ struct Colour {
     double r, g, b;
 };
 constexpr Colour kBlack{0, 0, 0}, kGrid{0.88, 0.88, 0.88}, kLocusFill{0.965, 0.965, 0.975};
-constexpr Colour kPanelColour{0.85, 0.33, 0.0}, kSrgbColour{0.35, 0.35, 0.35}, kPlanckColour{0.55, 0.1, 0.1};
+// sRGB's dashes are dark and drawn over the panel's wider line, so that they
+// show even where the panel's primaries are sRGB's own.
+constexpr Colour kPanelColour{0.85, 0.33, 0.0}, kSrgbColour{0.15, 0.15, 0.15}, kPlanckColour{0.55, 0.1, 0.1};
 constexpr Colour kWhiteColours[] = {{0.0, 0.45, 0.70},  {0.80, 0.47, 0.65}, {0.0, 0.62, 0.45},  {0.90, 0.62, 0.0},
                                     {0.34, 0.71, 0.91}, {0.84, 0.37, 0.0},  {0.45, 0.25, 0.60}, {0.0, 0.0, 0.0}};
 constexpr double kDash[] = {6, 4};
 constexpr int kLabelledNanometres[] = {460, 480, 490, 500, 510, 520, 540, 560, 580, 600, 620, 700};
 constexpr double kInsideLabelX = 0.1;
-constexpr double kKelvinTicks[] = {1800, 2000, 2500, 3000, 3500, 4000,  4500,  5000,  5500, 6000,
-                                   6500, 7000, 7500, 8000, 9000, 10000, 12000, 15000, 20000};
+// Marked in this order where marks crowd: the round thousands, the
+// daylight whites and the slider's cold end first, the steps between after.
+constexpr double kKelvinTicks[] = {2000, 3000, 4000, 5000, 6000, 6500, 7500, 10000, 20000, 1800,
+                                   2500, 3500, 4500, 5500, 7000, 8000, 9000, 12000, 15000};
 constexpr int kPlanckSteps = 400;  // even in mired between the ends of the approximation
+constexpr double kLabelGapToTick = 4;
 constexpr double kTickLength = 7, kDotRadius = 5, kSmallDotRadius = 3, kLabelGap = 28, kLabelColumnGap = 24;
 constexpr Colour kLeaderColour{0.6, 0.6, 0.6};
 constexpr double kPatchAlpha = 0.8;
@@ -79,6 +86,48 @@ void LabelText(cairo_t* cr, double x, double y, const std::string& text, const C
     cairo_fill(cr);
     SetColour(cr, colour);
     Text(cr, x, y, text, align);
+}
+
+// What a label or a mark covers, in device space.
+struct Box {
+    double left, top, right, bottom;
+    bool Overlaps(const Box& o) const { return left < o.right && o.left < right && top < o.bottom && o.top < bottom; }
+    bool Inside(const Frame& f) const {
+        return left >= f.left && right <= f.left + f.width && top >= f.top && bottom <= f.top + f.height;
+    }
+};
+
+Box TextBox(cairo_t* cr, double x, double y, const std::string& text, double align) {
+    cairo_text_extents_t e;
+    cairo_text_extents(cr, text.c_str(), &e);
+    const double left = x - align * e.x_advance + e.x_bearing;
+    return {left - 1, y + e.y_bearing - 1, left + e.width + 1, y + e.y_bearing + e.height + 1};
+}
+
+Box Around(double x, double y, double radius) { return {x - radius, y - radius, x + radius, y + radius}; }
+
+bool Clear(const Box& box, const std::vector<Box>& taken) {
+    return std::none_of(taken.begin(), taken.end(), [&](const Box& t) { return t.Overlaps(box); });
+}
+
+// Where a label may stand: its text's anchor and alignment.
+struct Place {
+    double x, y, align;
+};
+
+// The first place where the text stays inside the frame and clear of
+// everything taken; that place is then taken too. None when all are taken:
+// a label left out reads better than one over a dot or cut by the frame.
+std::optional<Place> FreePlace(cairo_t* cr, const Frame& f, std::initializer_list<Place> places,
+                               const std::string& text, std::vector<Box>& taken) {
+    for (const Place& p : places) {
+        const Box box = TextBox(cr, p.x, p.y, text, p.align);
+        if (box.Inside(f) && Clear(box, taken)) {
+            taken.push_back(box);
+            return p;
+        }
+    }
+    return std::nullopt;
 }
 
 std::string Decimal(double v, const char* format = "%.1f") {
@@ -169,7 +218,9 @@ double KelvinAt(int step) {  // even steps in mired, the scale on which the locu
     return 1e6 / (hot + (cold - hot) * step / kPlanckSteps);
 }
 
-void DrawPlanckianLocus(cairo_t* cr, const Frame& f, bool ticks) {
+// The locus; with `taken`, its temperatures marked where a tick and its label
+// stay clear of the dots and labels already placed.
+void DrawPlanckianLocus(cairo_t* cr, const Frame& f, std::vector<Box>* taken = nullptr) {
     SetColour(cr, kPlanckColour);
     cairo_set_line_width(cr, 1.5);
     cairo_new_path(cr);
@@ -178,7 +229,7 @@ void DrawPlanckianLocus(cairo_t* cr, const Frame& f, bool ticks) {
         cairo_line_to(cr, f.X(p.x), f.Y(p.y));
     }
     cairo_stroke(cr);
-    if (!ticks) return;
+    if (taken == nullptr) return;
     cairo_set_font_size(cr, 10);
     for (double kelvin : kKelvinTicks) {
         const Xy a = PlanckianXy(kelvin * 0.99), b = PlanckianXy(kelvin * 1.01), p = PlanckianXy(kelvin);
@@ -189,11 +240,30 @@ void DrawPlanckianLocus(cairo_t* cr, const Frame& f, bool ticks) {
         ny /= length;
         if (ny < 0) nx = -nx, ny = -ny;
         const double x = f.X(p.x), y = f.Y(p.y);
+        const Box tick{std::min(x - nx * kTickLength, x + nx * kTickLength) - 1, y - ny * kTickLength - 1,
+                       std::max(x - nx * kTickLength, x + nx * kTickLength) + 1, y + ny * kTickLength + 1};
+        if (!tick.Inside(f) || !Clear(tick, *taken)) continue;
+        // A tick goes with its label, below the locus or else above it, or not at all.
+        taken->push_back(tick);
+        const std::string text = Decimal(kelvin, "%.0f K");
+        cairo_text_extents_t e;
+        cairo_text_extents(cr, text.c_str(), &e);
+        // Just beyond the tick's end below the locus, else beyond its other end above.
+        const double ends[2][2] = {{x + nx * kTickLength, y + ny * kTickLength},
+                                   {x - nx * kTickLength, y - ny * kTickLength}};
+        const auto place =
+            FreePlace(cr, f,
+                      {{ends[0][0] + nx * kLabelGapToTick, ends[0][1] + kLabelGapToTick - e.y_bearing, 0.5},
+                       {ends[1][0] - nx * kLabelGapToTick, ends[1][1] - kLabelGapToTick - e.y_bearing - e.height, 0.5}},
+                      text, *taken);
+        if (!place) {
+            taken->pop_back();
+            continue;
+        }
         cairo_move_to(cr, x - nx * kTickLength, y - ny * kTickLength);
         cairo_line_to(cr, x + nx * kTickLength, y + ny * kTickLength);
         cairo_stroke(cr);
-        LabelText(cr, x + nx * (kTickLength + 4), y + ny * (kTickLength + 12), Decimal(kelvin, "%.0f K"), kPlanckColour,
-                  0.5);
+        LabelText(cr, place->x, place->y, text, kPlanckColour, place->align);
     }
 }
 
@@ -207,7 +277,7 @@ void Dot(cairo_t* cr, double x, double y, double radius, const Colour& colour) {
     cairo_stroke(cr);
 }
 
-void DrawSliderTrack(cairo_t* cr, const Frame& f, const std::vector<Xy>& track) {
+void DrawSliderTrack(cairo_t* cr, const Frame& f, const std::vector<Xy>& track, std::vector<Box>& taken) {
     if (track.size() < 2) return;
     SetColour(cr, kWhiteColours[0]);
     cairo_set_line_width(cr, 1.5);
@@ -217,8 +287,14 @@ void DrawSliderTrack(cairo_t* cr, const Frame& f, const std::vector<Xy>& track) 
     cairo_stroke(cr);
     cairo_set_dash(cr, nullptr, 0, 0);
     cairo_set_font_size(cr, 10);
-    Text(cr, f.X(track.front().x) + 6, f.Y(track.front().y) - 4, "0.5");
-    Text(cr, f.X(track.back().x) - 6, f.Y(track.back().y) + 12, "1.5", 1.0);
+    const auto end = [&](const Xy& p, const std::string& text) {
+        const double x = f.X(p.x), y = f.Y(p.y);
+        const auto place = FreePlace(
+            cr, f, {{x + 6, y - 4, 0.0}, {x - 6, y + 12, 1.0}, {x - 6, y - 4, 1.0}, {x + 6, y + 12, 0.0}}, text, taken);
+        if (place) Text(cr, place->x, place->y, text, place->align);
+    };
+    end(track.front(), "0.5");
+    end(track.back(), "1.5");
 }
 
 struct PlacedLabel {
@@ -248,22 +324,47 @@ std::string Coordinates(const LabelledWhite& white) {
     return text;
 }
 
-void DrawWhites(cairo_t* cr, const Frame& f, const std::vector<LabelledWhite>& whites, bool labelled) {
-    if (!labelled) {
+struct WhiteLabels {
+    std::vector<PlacedLabel> placed;
+    double column = 0;  // where every label starts
+};
+
+// The labels' column right of every dot; each dot and label is then taken.
+WhiteLabels LayOutWhites(cairo_t* cr, const Frame& f, const std::vector<LabelledWhite>& whites,
+                         std::vector<Box>& taken) {
+    WhiteLabels labels{PlaceLabels(f, whites), 0};
+    for (const auto& label : labels.placed) labels.column = std::max(labels.column, label.dotX + kLabelColumnGap);
+    for (const auto& label : labels.placed) {
+        taken.push_back(Around(label.dotX, label.dotY, kDotRadius + 2));
+        cairo_set_font_size(cr, 12);
+        taken.push_back(TextBox(cr, labels.column, label.y, whites[label.index].label, 0));
+        cairo_set_font_size(cr, 10);
+        taken.push_back(TextBox(cr, labels.column, label.y + 12, Coordinates(whites[label.index]), 0));
+    }
+    return labels;
+}
+
+// Each dot's line to its label, drawn before the temperature marks, whose
+// labels' patches may then cover a stretch of it.
+void DrawLeaders(cairo_t* cr, const WhiteLabels& labels) {
+    SetColour(cr, kLeaderColour);
+    cairo_set_line_width(cr, 1);
+    for (const auto& label : labels.placed) {
+        cairo_move_to(cr, label.dotX, label.dotY);
+        cairo_line_to(cr, labels.column - 3, label.y - 4);
+    }
+    cairo_stroke(cr);
+}
+
+void DrawWhites(cairo_t* cr, const Frame& f, const std::vector<LabelledWhite>& whites,
+                const WhiteLabels* labels = nullptr) {
+    if (labels == nullptr) {
         for (size_t i = 0; i < whites.size(); ++i)
             Dot(cr, f.X(whites[i].xy.x), f.Y(whites[i].xy.y), kSmallDotRadius, WhiteColour(i));
         return;
     }
-    cairo_set_font_size(cr, 12);
-    const auto placed = PlaceLabels(f, whites);
-    double column = 0;
-    for (const auto& label : placed) column = std::max(column, label.dotX + kLabelColumnGap);
-    for (const auto& label : placed) {
-        SetColour(cr, kLeaderColour);
-        cairo_set_line_width(cr, 1);
-        cairo_move_to(cr, label.dotX, label.dotY);
-        cairo_line_to(cr, column - 3, label.y - 4);
-        cairo_stroke(cr);
+    const double column = labels->column;
+    for (const auto& label : labels->placed) {
         cairo_set_font_size(cr, 12);
         LabelText(cr, column, label.y, whites[label.index].label, kBlack);
         cairo_set_font_size(cr, 10);
@@ -273,7 +374,7 @@ void DrawWhites(cairo_t* cr, const Frame& f, const std::vector<LabelledWhite>& w
         Dot(cr, f.X(whites[i].xy.x), f.Y(whites[i].xy.y), kDotRadius, WhiteColour(i));
 }
 
-void DrawD65(cairo_t* cr, const Frame& f, bool labelled) {
+void DrawD65(cairo_t* cr, const Frame& f, std::vector<Box>* taken = nullptr) {
     const double x = f.X(kD65.x), y = f.Y(kD65.y);
     SetColour(cr, kSrgbColour);
     cairo_set_line_width(cr, 1.5);
@@ -282,19 +383,24 @@ void DrawD65(cairo_t* cr, const Frame& f, bool labelled) {
     cairo_move_to(cr, x, y - 6);
     cairo_line_to(cr, x, y + 6);
     cairo_stroke(cr);
-    if (!labelled) return;
+    if (taken == nullptr) return;
     cairo_set_font_size(cr, 11);
-    Text(cr, x - 8, y - 8, "D65", 1.0);
+    const auto place = FreePlace(
+        cr, f, {{x - 8, y - 8, 1.0}, {x + 8, y - 8, 0.0}, {x - 8, y + 16, 1.0}, {x + 8, y + 16, 0.0}}, "D65", *taken);
+    if (place) Text(cr, place->x, place->y, "D65", place->align);
 }
 
-// A view around the whites and D65 at the same scale in x and y, the whites
-// in its left part so that their labels fit on the right.
-Frame ZoomFrame(const std::vector<LabelledWhite>& whites) {
+// A view around the whites, the slider's whole track and D65 at the same
+// scale in x and y, the whites in its left part so that their labels fit on
+// the right.
+Frame ZoomFrame(const ChromaticityScene& scene) {
     Xy lo = kD65, hi = kD65;
-    for (const auto& w : whites) {
-        lo = {std::min(lo.x, w.xy.x), std::min(lo.y, w.xy.y)};
-        hi = {std::max(hi.x, w.xy.x), std::max(hi.y, w.xy.y)};
-    }
+    const auto hold = [&](const Xy& p) {
+        lo = {std::min(lo.x, p.x), std::min(lo.y, p.y)};
+        hi = {std::max(hi.x, p.x), std::max(hi.y, p.y)};
+    };
+    for (const auto& w : scene.whites) hold(w.xy);
+    for (const auto& p : scene.sliderTrack) hold(p);
     const double scale = std::min({kDotsWidth * kZoomWidth / (hi.x - lo.x + 1e-9),
                                    kDotsHeight * kZoomHeight / (hi.y - lo.y + 1e-9), kZoomHeight / kZoomMinSpan});
     const double left = lo.x - kDotsLeft * kZoomWidth / scale;
@@ -331,8 +437,8 @@ void DrawWholeDiagram(cairo_t* cr, const ChromaticityScene& scene, const Frame& 
     DrawSpectralLocus(cr, kWhole, true);
     DrawTriangle(cr, kWhole, scene.primaries, kPanelColour, false);
     DrawTriangle(cr, kWhole, kSrgbPrimaries, kSrgbColour, true);
-    DrawPlanckianLocus(cr, kWhole, false);
-    DrawWhites(cr, kWhole, scene.whites, false);
+    DrawPlanckianLocus(cr, kWhole);
+    DrawWhites(cr, kWhole, scene.whites);
     SetColour(cr, kBlack);
     cairo_set_line_width(cr, 1);
     const Xy max = zoom.Max();
@@ -355,10 +461,16 @@ void DrawZoom(cairo_t* cr, const ChromaticityScene& scene, const Frame& zoom) {
     DrawSpectralLocus(cr, zoom, false);
     DrawTriangle(cr, zoom, scene.primaries, kPanelColour, false);
     DrawTriangle(cr, zoom, kSrgbPrimaries, kSrgbColour, true);
-    DrawPlanckianLocus(cr, zoom, true);
-    DrawD65(cr, zoom, true);
-    DrawSliderTrack(cr, zoom, scene.sliderTrack);
-    DrawWhites(cr, zoom, scene.whites, true);
+    // The whites' dots and labels first, then the marks that must keep clear of them.
+    std::vector<Box> taken;
+    const WhiteLabels labels = LayOutWhites(cr, zoom, scene.whites, taken);
+    const double d65X = zoom.X(kD65.x), d65Y = zoom.Y(kD65.y);
+    taken.push_back(Around(d65X, d65Y, 7));
+    DrawD65(cr, zoom, &taken);
+    DrawSliderTrack(cr, zoom, scene.sliderTrack, taken);
+    DrawLeaders(cr, labels);
+    DrawPlanckianLocus(cr, zoom, &taken);
+    DrawWhites(cr, zoom, scene.whites, &labels);
     cairo_restore(cr);
     DrawFrameBox(cr, zoom);
 }
@@ -368,7 +480,7 @@ void Draw(cairo_surface_t* surface, const ChromaticityScene& scene) {
     cairo_set_source_rgb(cr, 1, 1, 1);
     cairo_paint(cr);
     cairo_select_font_face(cr, "sans-serif", CAIRO_FONT_SLANT_NORMAL, CAIRO_FONT_WEIGHT_NORMAL);
-    const Frame zoom = ZoomFrame(scene.whites);
+    const Frame zoom = ZoomFrame(scene);
     DrawWholeDiagram(cr, scene, zoom);
     DrawZoom(cr, scene, zoom);
     DrawLegend(cr, scene);
