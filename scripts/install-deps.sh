@@ -7,7 +7,7 @@ set -euo pipefail
 declare -A groups=(
   [native]="g++ cmake ninja-build python3 libgtest-dev libgmock-dev googletest libbenchmark-dev
     pkgconf libcli11-dev nlohmann-json3-dev liblcms2-dev libcairo2-dev argyll
-    libxrandr-dev xserver-xorg-core xserver-xorg-video-dummy libcolord-dev colord dbus-daemon scdoc"
+    libxrandr-dev xserver-xorg-core xserver-xorg-video-dummy libcolord-dev colord dbus-daemon scdoc chromium"
   [windows]="g++-mingw-w64-x86-64 wine wine64 googletest cmake ninja-build"
   [packaging]="dpkg-dev file pkgconf binutils cmake ninja-build"
   [fuzz]="clang libclang-rt-14-dev cmake ninja-build nlohmann-json3-dev"

@@ -8,6 +8,7 @@
 
 #include <array>
 #include <cmath>
+#include <cstring>
 #include <map>
 #include <nlohmann/json.hpp>
 #include <sstream>
@@ -236,6 +237,53 @@ TEST_F(QaTest, CoverageIsTheSharedAreaOverTheReferenceArea) {
     EXPECT_NEAR(gamma["red"].get<double>(), 2.18, 1e-3);
     EXPECT_NEAR(gamma["green"].get<double>(), 2.22, 1e-3);
     EXPECT_NEAR(gamma["blue"].get<double>(), 2.27, 1e-3);
+}
+
+// Share of the picture's pixels that are not the page's white.
+double InkedShare(const fs::path& png) {
+    cairo_surface_t* image = cairo_image_surface_create_from_png(png.c_str());
+    const int width = cairo_image_surface_get_width(image), height = cairo_image_surface_get_height(image);
+    const int stride = cairo_image_surface_get_stride(image);
+    const unsigned char* data = cairo_image_surface_get_data(image);
+    size_t inked = 0;
+    for (int y = 0; data != nullptr && y < height; ++y)
+        for (int x = 0; x < width; ++x) {
+            uint32_t pixel = 0;
+            std::memcpy(&pixel, data + y * stride + 4 * x, sizeof pixel);
+            inked += (pixel & 0xFFFFFFu) != 0xFFFFFFu ? 1 : 0;
+        }
+    cairo_surface_destroy(image);
+    return width > 0 && height > 0 ? static_cast<double>(inked) / (width * height) : 0.0;
+}
+
+TEST_F(QaTest, TheReportRendersInABrowser) {
+    if (std::string(CHROMIUM).empty()) GTEST_SKIP() << "chromium is not installed: the report is not rendered";
+    ASSERT_EQ(Run("block lot --count 30 --seed 9 --damaged 0.2 -o lot").code, 0);
+    ASSERT_EQ(Run("qa lot --quiet --report report.html").code, 1);
+    const std::string html = ReadFile(dir / "report.html");
+    for (const char* outside : {"src=", "href=", "<script", "<link", "url(", "@import"})
+        EXPECT_EQ(html.find(outside), std::string::npos) << outside << ": the report reaches outside itself";
+
+    const std::string chromium = "'" CHROMIUM
+                                 "' --headless --no-sandbox --disable-gpu --hide-scrollbars "
+                                 "--user-data-dir=browser --enable-logging=stderr --v=0 --window-size=1280,1400 ";
+    const std::string page = " file://" + (dir / "report.html").string() + " 2>browser.txt";
+    ASSERT_EQ(
+        std::system(("cd '" + dir.path().string() + "' && " + chromium + "--dump-dom" + page + " >dom.html").c_str()),
+        0);
+    EXPECT_EQ(ReadFile(dir / "browser.txt").find(":CONSOLE"), std::string::npos) << ReadFile(dir / "browser.txt");
+    const std::string dom = ReadFile(dir / "dom.html");
+    const auto body = dom.find("<tbody id=\"blocks\">");
+    ASSERT_NE(body, std::string::npos);
+    size_t rows = 0;
+    for (auto at = dom.find("<tr", body); at != std::string::npos && at < dom.find("</tbody>", body);
+         at = dom.find("<tr", at + 1))
+        ++rows;
+    EXPECT_EQ(rows, 30u);
+
+    ASSERT_EQ(std::system(("cd '" + dir.path().string() + "' && " + chromium + "--screenshot=shot.png" + page).c_str()),
+              0);
+    EXPECT_GT(InkedShare(dir / "shot.png"), 0.05) << "the pictures are not drawn";
 }
 
 }  // namespace

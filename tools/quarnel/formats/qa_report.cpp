@@ -61,14 +61,14 @@ struct Plot {
                Px(kMargin) + "\" y=\"" + Px(kMargin / 2) + "\" width=\"" + Px(width) + "\" height=\"" + Px(height) +
                "\" fill=\"#fafafa\" stroke=\"#bbb\"/>";
     }
-    std::string Axes(int digits) const {
+    std::string Axes(int xDigits, int yDigits) const {
         std::string svg;
         for (int i = 0; i <= 4; ++i) {
             const double fx = x0 + (x1 - x0) * i / 4, fy = y0 + (y1 - y0) * i / 4;
             svg += "<text x=\"" + Px(X(fx)) + "\" y=\"" + Px(Y(y0) + 15) + "\" text-anchor=\"middle\">" +
-                   QaNumber(fx, digits) + "</text>";
+                   QaNumber(fx, xDigits) + "</text>";
             svg += "<text x=\"" + Px(kMargin - 4) + "\" y=\"" + Px(Y(fy) + 4) + "\" text-anchor=\"end\">" +
-                   QaNumber(fy, digits) + "</text>";
+                   QaNumber(fy, yDigits) + "</text>";
         }
         return svg;
     }
@@ -134,7 +134,7 @@ std::string WhitesFigure(const Collected& c, const QaLot& lot) {
             }
     const double span = std::max(x1 - x0, y1 - y0) * 1.1, cx = (x0 + x1) / 2, cy = (y0 + y1) / 2;
     const Plot plot{cx - span / 2, cx + span / 2, cy - span / 2, cy + span / 2, 380, 380};
-    std::string svg = plot.Open("Native and calibrated whites around D65") + plot.Axes(3);
+    std::string svg = plot.Open("Native and calibrated whites around D65") + plot.Axes(3, 3);
     std::vector<Xy> planck;
     for (double k = 4000; k <= 12000; k += 100) planck.push_back(PlanckianXy(k));
     std::erase_if(planck,
@@ -153,7 +153,7 @@ std::string WhitesFigure(const Collected& c, const QaLot& lot) {
 
 std::string PrimariesFigure(const Collected& c) {
     const Plot plot{0, 0.8, 0, 0.9, 340, 382.5};
-    std::string svg = plot.Open("Primaries of every panel over sRGB and DCI-P3") + plot.Axes(1);
+    std::string svg = plot.Open("Primaries of every panel over sRGB and DCI-P3") + plot.Axes(1, 1);
     std::vector<Xy> locus;
     for (const auto& p : SpectralLocus()) locus.push_back(p.xy);
     svg += plot.Line(locus, "#999", true);
@@ -177,7 +177,7 @@ std::string Histogram(const std::vector<double>& values, const std::string& titl
         if (std::isfinite(v)) ++counts[std::min<size_t>(kBins - 1, static_cast<size_t>((v - lo) / (hi - lo) * kBins))];
     const double top = static_cast<double>(std::max<size_t>(1, *std::max_element(counts.begin(), counts.end())));
     const Plot plot{lo, hi, 0, top, 300, 160};
-    std::string svg = plot.Open(title) + plot.Axes(4);
+    std::string svg = plot.Open(title) + plot.Axes(4, 0);
     for (int i = 0; i < kBins; ++i) {
         const double a = lo + (hi - lo) * i / kBins, b = lo + (hi - lo) * (i + 1) / kBins;
         const double h = plot.Y(0) - plot.Y(static_cast<double>(counts[static_cast<size_t>(i)]));
@@ -214,15 +214,19 @@ void WriteQaReport(const std::string& path, const std::vector<std::string>& file
                    const QaLot& lot) {
     OutputStream out(path);
     const Collected c = Collect(results);
+    std::vector<std::string> outliers;
+    for (size_t i = 0; i < files.size(); ++i)
+        if (lot.Outlier(results[i])) outliers.push_back(files[i]);
     const QaThresholds& t = lot.thresholds();
     out << "<!DOCTYPE html>\n<html lang=\"en\"><head><meta charset=\"utf-8\"><title>Lot QA: "
         << std::to_string(files.size()) << " blocks</title><style>" << kStyle << "</style></head><body>\n";
     out << "<h1>Lot QA: " << std::to_string(files.size()) << " blocks, " << std::to_string(lot.passed())
-        << " ok and within thresholds</h1>\n<pre>" << Html(QaSummary(lot, {})) << "</pre>\n";
+        << " ok and within thresholds</h1>\n";
     out << "<h2>Whites and primaries</h2>\n" << WhitesFigure(c, lot) << PrimariesFigure(c) << "\n";
     out << "<h2>Distributions (ok blocks)</h2>\n"
         << Histogram(c.duv, "Normal white &Delta;u&prime;v&prime; from D65", t.maxDuv)
         << Histogram(c.srgb, "sRGB coverage", t.minSrgb) << Histogram(c.p3, "DCI-P3 coverage", t.minP3) << "\n";
+    out << "<h2>Summary</h2>\n<pre>" << Html(QaSummary(lot, outliers)) << "</pre>\n";
     out << "<h2>Blocks, failing and outlying first</h2>\n<table><thead><tr><th>#</th><th>file</th><th>verdict</th>"
            "<th>flags</th><th>native x</th><th>native y</th><th>native Y</th><th>normal x</th><th>normal y</th>"
            "<th>normal &Delta;u&prime;v&prime;</th><th>sRGB</th><th>P3</th><th>gamma R</th><th>gamma G</th>"
