@@ -9,7 +9,9 @@ declare -A groups=(
     pkgconf libcli11-dev nlohmann-json3-dev liblcms2-dev libcairo2-dev argyll
     libxrandr-dev xserver-xorg-core xserver-xorg-video-dummy libcolord-dev colord dbus-daemon scdoc chromium"
   [windows]="g++-mingw-w64-x86-64 wine wine64 googletest cmake ninja-build"
-  [packaging]="dpkg-dev file pkgconf binutils cmake ninja-build"
+  [packaging]="build-essential debhelper dpkg-dev lintian scdoc man-db bash-completion file pkgconf binutils
+    cmake ninja-build libcli11-dev nlohmann-json3-dev liblcms2-dev libcairo2-dev libfontconfig-dev
+    libxrandr-dev libcolord-dev"
   [fuzz]="clang libclang-rt-14-dev cmake ninja-build nlohmann-json3-dev"
   [format]="clang-format git"
 )
