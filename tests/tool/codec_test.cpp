@@ -6,6 +6,7 @@
 
 #include <random>
 
+#include "facts/crc16.h"
 #include "formats/block_json.h"
 #include "io/tool_error.h"
 #include "model/block_codec.h"
@@ -32,9 +33,10 @@ Curve RandomStorableCurve(std::mt19937& rng, int moves) {
     return curve;
 }
 
-void PutCrc(Block& block, size_t at, size_t from, size_t size) {
-    const uint16_t crc = Crc16(block.data() + from, size);
-    block[at] = static_cast<uint8_t>(crc & 0xFF), block[at + 1] = static_cast<uint8_t>(crc >> 8);
+void PutCrc(Block& block, const facts::CoveredCrc& c) {
+    const uint16_t crc = facts::Crc16(block.data() + c.covered.offset, c.covered.size);
+    block[c.stored.offset] = static_cast<uint8_t>(crc & 0xFF),
+    block[c.stored.offset + 1] = static_cast<uint8_t>(crc >> 8);
 }
 
 // Random bytes, made a good block of a random version for three in four:
@@ -45,14 +47,16 @@ Block RandomBlock(std::mt19937& rng, int kind) {
     for (auto& b : block) b = static_cast<uint8_t>(rng());
     if (kind == 0) return block;
     const uint8_t version = static_cast<uint8_t>(1 + rng() % 8);
-    std::copy_n("HDOC", 4, block.begin());
-    block[4] = version;
-    if (kind == 1) std::copy_n("\x7f\x80\x00\x00\xff\xc0\x00\x01", 8, block.begin() + 12 + 4 * (rng() % 10));
-    PutCrc(block, 6, 12, 48);
-    PutCrc(block, 283, 103, 180);
-    const size_t sizeAt = version >= 7 ? 299 : 298;
+    std::ranges::copy(facts::kMagicHdoc, block.begin() + facts::kMagic.offset);
+    block[facts::kVersion.offset] = version;
+    const size_t nonFinite = facts::kPrimaries.offset + facts::kSingleSize * (rng() % 10);
+    if (kind == 1) std::copy_n("\x7f\x80\x00\x00\xff\xc0\x00\x01", 8, block.begin() + static_cast<long>(nonFinite));
+    PutCrc(block, facts::kHeaderCrc);
+    PutCrc(block, facts::kToneCrc);
+    const size_t sizeAt = facts::TrailerOf(version).lutStringSize.offset;
     const LutString string = EncodeLutStringChecked(RandomStorableCurve(rng, static_cast<int>(rng() % 40)), false);
-    block[sizeAt - 1] = static_cast<uint8_t>(kind == 3 ? rng() : static_cast<unsigned>(string.method));
+    block[facts::TrailerOf(version).useMethod.offset] =
+        static_cast<uint8_t>(kind == 3 ? rng() : static_cast<unsigned>(string.method));
     if (kind != 3) std::copy(string.bytes.begin(), string.bytes.end(), block.begin() + static_cast<long>(sizeAt));
     return block;
 }

@@ -14,6 +14,7 @@
 #include <set>
 #include <sstream>
 
+#include "facts/block_layout.h"
 #include "support/golden.h"
 #include "support/temp_dir.h"
 
@@ -455,7 +456,7 @@ TEST_F(ToolTest, FaultyDescriptionsAndCurvesAreRefusedNamingWhere) {
 
 TEST_F(ToolTest, InspectedBlocksRebuildByteForByte) {
     std::string undecodable = ReadFile(dir / Block("v7"));
-    undecodable[298] = 0;  // the string's method: Huffman, which it is not
+    undecodable[quarnel::facts::kUseMethodV7.offset] = 0;  // the string's method: Huffman, which it is not
     std::string garbage(512, '\xff');
     for (size_t i = 0; i < garbage.size(); ++i) garbage[i] = static_cast<char>(i * 37 + i / 7);
     for (const auto& [bytes, problem] : {std::pair{undecodable,

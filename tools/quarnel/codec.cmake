@@ -19,4 +19,6 @@ if(TARGET quarnel)
 else()
   target_link_libraries(quarnel_tool_codec PUBLIC quarnel_core nlohmann_json::nlohmann_json)
 endif()
+# The block's layout and CRC are the library's own facts, linked in as plain values.
+target_link_libraries(quarnel_tool_codec PUBLIC quarnel_facts)
 quarnel_warnings(quarnel_tool_codec)

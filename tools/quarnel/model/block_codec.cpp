@@ -5,58 +5,58 @@
 #include <bit>
 #include <cstring>
 
+#include "facts/block_layout.h"
+#include "facts/crc16.h"
 #include "io/tool_error.h"
 
 namespace quarnel::tool {
 namespace {
 
-// Field offsets of the block.
-constexpr size_t kMagicAt = 0, kMagicSize = 4, kVersionAt = 4, kSubVersionAt = 5, kCrcAt = 6, kDataWordAt = 8;
-constexpr size_t kPrimariesAt = 12, kPrimariesSize = 48, kWord60At = 60, kBytes66At = 66, kWhitesAt = 71;
-constexpr size_t kToneAt = 103, kToneSize = 180, kToneCrcAt = 283, kBlackAt = 285, kTrailerAt = 297;
-constexpr size_t kSingleSize = 4, kToneValues = 45, kPrimaryValues = 12, kWhiteValues = 5;
-constexpr uint8_t kR2rMagic[kMagicSize] = {'R', '2', 'R', 0};
-constexpr uint8_t kHdocMagic[kMagicSize] = {'H', 'D', 'O', 'C'};
+constexpr size_t kSingleSize = facts::kSingleSize;
+constexpr size_t kPrimaryValues = facts::kPrimaries.size / kSingleSize;
+constexpr size_t kToneValues = facts::kToneLevels.size / kSingleSize;
+constexpr size_t kBlackValues = facts::kBlackXyz.size / kSingleSize;
 constexpr int kByteBits = 8;
 
-// The first version that carries each field, where it sits and its name.
-struct Field {
-    size_t at, size;
-    int since;
-    const char* name;
-};
-constexpr Field kFields[] = {
-    {kMagicAt, kMagicSize, 0, "magic"},
-    {kVersionAt, 1, 0, "version"},
-    {kSubVersionAt, 1, 0, "sub_version"},
-    {kCrcAt, 2, 0, "the header CRC"},
-    {kDataWordAt, 4, 0, "data_word"},
-    {kPrimariesAt, kPrimariesSize, 0, "primaries"},
-    {kWord60At, 2, 2, "word60"},
-    {kBytes66At, 4, 3, "bytes66"},
-    {kWhitesAt, 8, 4, "first_white"},
-    {kWhitesAt + 8, 4, 4, "target_luminance"},
-    {kWhitesAt + 12, 8, 4, "default_white"},
-    {kToneAt, kToneSize, 5, "tone_levels"},
-    {kToneCrcAt, 2, 5, "the tone CRC"},
-    {kBlackAt, 3 * kSingleSize, 5, "black"},
-};
-constexpr int kStringVersion = 6, kStepByteVersion = 7;
+// What a block's description calls each field, in the messages that say
+// which field a byte belongs to. Reserved bytes belong to none.
+const char* DescriptionName(const facts::BlockField& f) {
+    static constexpr std::pair<std::string_view, const char*> kNames[] = {
+        {"magic", "magic"},
+        {"version", "version"},
+        {"subVersion", "sub_version"},
+        {"crc", "the header CRC"},
+        {"dataWord", "data_word"},
+        {"primaries", "primaries"},
+        {"word60", "word60"},
+        {"bytes66", "bytes66"},
+        {"firstWhite", "first_white"},
+        {"targetLuminance", "target_luminance"},
+        {"defaultWhite", "default_white"},
+        {"toneLevels", "tone_levels"},
+        {"crc2", "the tone CRC"},
+        {"blackXYZ", "black"},
+        {"stepByte", "step_byte"},
+        {"useMethod", "the gamma string's method"},
+        {"lutStringSize", "the gamma string"},
+    };
+    for (const auto& [field, name] : kNames)
+        if (field == f.name) return name;
+    return nullptr;
+}
 
-size_t MethodAt(int version) { return version >= kStepByteVersion ? kTrailerAt + 1 : kTrailerAt; }
+using facts::Carries;
+using facts::TrailerOf;
 
 // Which field holds each byte of a block of this version whose gamma string
 // takes `stringBytes` bytes from its length byte on; null for the others.
 using Owners = std::array<const char*, kBlockSize>;
 Owners Layout(int version, size_t stringBytes) {
     Owners owners{};
-    const auto own = [&](size_t at, size_t size, const char* name) { std::fill_n(owners.begin() + at, size, name); };
-    for (const Field& f : kFields)
-        if (version >= f.since) own(f.at, f.size, f.name);
-    if (version >= kStepByteVersion) own(kTrailerAt, 1, "step_byte");
-    if (version >= kStringVersion) {
-        own(MethodAt(version), 1, "the gamma string's method");
-        own(MethodAt(version) + 1, stringBytes, "the gamma string");
+    for (const facts::BlockField& f : facts::kBlockFields) {
+        if (!Carries(f, version) || f.type == facts::FieldType::String) continue;
+        const size_t size = f.type == facts::FieldType::StringLength ? stringBytes : f.size;
+        if (const char* name = DescriptionName(f)) std::fill_n(owners.begin() + f.offset, size, name);
     }
     return owners;
 }
@@ -72,10 +72,10 @@ public:
         const auto bits = std::bit_cast<uint32_t>(v);
         for (size_t i = 0; i < kSingleSize; ++i) Byte(at + i, bits >> (kByteBits * i));
     }
-    void Crc(size_t from, size_t size, size_t at, std::optional<uint16_t> stored) {
-        const uint16_t crc = stored.value_or(Crc16(block_.data() + from, size));
-        Byte(at, crc & 0xFFu);
-        Byte(at + 1, crc >> kByteBits);
+    void Crc(const facts::CoveredCrc& c, std::optional<uint16_t> stored) {
+        const uint16_t crc = stored.value_or(facts::Crc16(block_.data() + c.covered.offset, c.covered.size));
+        Byte(c.stored.offset, crc & 0xFFu);
+        Byte(c.stored.offset + 1, crc >> kByteBits);
     }
 
 private:
@@ -96,7 +96,11 @@ public:
         for (size_t i = 0; i < kSingleSize; ++i) bits |= static_cast<uint32_t>(block_[at + i]) << (kByteBits * i);
         return std::bit_cast<float>(bits);
     }
-    uint16_t Crc(size_t at) const { return static_cast<uint16_t>(block_[at] | (block_[at + 1] << kByteBits)); }
+    CrcCheck Crc(const facts::CoveredCrc& c) const {
+        const size_t at = c.stored.offset;
+        return {static_cast<uint16_t>(block_[at] | (block_[at + 1] << kByteBits)),
+                facts::Crc16(block_.data() + c.covered.offset, c.covered.size)};
+    }
 
 private:
     const Block& block_;
@@ -106,14 +110,14 @@ private:
 
 // The string's length byte counts the whole string, itself included; the
 // library reads one byte more, so that byte too must lie inside the block.
-size_t StringRoom(int version) { return kBlockSize - (MethodAt(version) + 1); }
+size_t StringRoom(int version) { return kBlockSize - TrailerOf(version).lutStringSize.offset; }
 size_t StoredStringBytes(uint8_t lengthByte, size_t room) { return std::clamp<size_t>(lengthByte, 1, room); }
 
 // Writes the string; returns how many bytes it takes.
 size_t WriteGammaString(const BlockDescription& d, Writer& out, bool verbose) {
     if (!d.gammaLut && !d.gammaString) Unfit("a version-6 or later block needs gamma_lut or gamma_string");
     const LutString string = d.gammaString ? *d.gammaString : EncodeLutStringChecked(*d.gammaLut, verbose);
-    const size_t sizeAt = MethodAt(d.version) + 1, room = StringRoom(d.version);
+    const size_t sizeAt = TrailerOf(d.version).lutStringSize.offset, room = StringRoom(d.version);
     if (string.bytes.empty()) Unfit("the gamma string needs at least its length byte");
     if (d.gammaLut && string.bytes.size() + 1 > room)
         Unfit("the gamma LUT string of " + std::to_string(string.bytes.size()) + " bytes does not fit: a version-" +
@@ -121,8 +125,8 @@ size_t WriteGammaString(const BlockDescription& d, Writer& out, bool verbose) {
     if (d.gammaString && string.bytes.size() != StoredStringBytes(string.bytes[0], room))
         Unfit("the gamma string holds " + std::to_string(string.bytes.size()) + " bytes where its length byte says " +
               std::to_string(string.bytes[0]) + " (the block has room for " + std::to_string(room) + ")");
-    if (d.version >= kStepByteVersion) out.Byte(kTrailerAt, d.stepByte);
-    out.Byte(MethodAt(d.version), static_cast<uint32_t>(string.method));
+    if (Carries(facts::kStepByte, d.version)) out.Byte(facts::kStepByte.offset, d.stepByte);
+    out.Byte(TrailerOf(d.version).useMethod.offset, static_cast<uint32_t>(string.method));
     for (size_t i = 0; i < string.bytes.size(); ++i) out.Byte(sizeAt + i, string.bytes[i]);
     return string.bytes.size();
 }
@@ -140,12 +144,13 @@ void WriteOtherBytes(const BlockDescription& d, size_t stringBytes, Writer& out)
 
 void ReadGammaString(const Block& block, DecodedBlock& result, bool verbose) {
     auto& d = result.description;
-    const size_t methodAt = MethodAt(d.version), sizeAt = methodAt + 1, room = StringRoom(d.version);
+    const size_t methodAt = TrailerOf(d.version).useMethod.offset;
+    const size_t sizeAt = TrailerOf(d.version).lutStringSize.offset, room = StringRoom(d.version);
     const size_t kept = StoredStringBytes(block[sizeAt], room);
     result.stringFits = block[sizeAt] + 1u <= room;
     const auto start = block.begin() + static_cast<std::ptrdiff_t>(sizeAt);
     result.string = LutString{block[methodAt], std::vector<uint8_t>(start, start + static_cast<std::ptrdiff_t>(kept))};
-    if (d.version >= kStepByteVersion) d.stepByte = block[kTrailerAt];
+    if (Carries(facts::kStepByte, d.version)) d.stepByte = block[facts::kStepByte.offset];
     Curve gamma{};
     result.gammaStatus = DecodeLutString(result.string->bytes, result.string->method, gamma, verbose);
     // The curve stands for the string only when it encodes back to the same bytes.
@@ -179,40 +184,34 @@ void ReadOtherBytes(const Block& block, DecodedBlock& result) {
 
 }  // namespace
 
-uint16_t Crc16(const uint8_t* bytes, size_t count) {
-    uint16_t crc = 0xFFFF;
-    for (size_t i = 0; i < count; ++i) {
-        crc = static_cast<uint16_t>(crc ^ (bytes[i] << kByteBits));
-        for (int bit = 0; bit < kByteBits; ++bit)
-            crc = static_cast<uint16_t>((crc & 0x8000) != 0 ? (crc << 1) ^ 0x1021 : crc << 1);
-    }
-    return crc;
-}
-
 Block EncodeBlock(const BlockDescription& d, bool verbose) {
     Block block{};
     Writer out(block);
-    std::copy(d.magic.begin(), d.magic.end(), block.begin() + kMagicAt);
-    out.Byte(kVersionAt, d.version);
-    out.Byte(kSubVersionAt, d.subVersion);
-    out.BigEndian(kDataWordAt, d.dataWord, 4);
-    for (size_t i = 0; i < kPrimaryValues; ++i) out.Single(kPrimariesAt + kSingleSize * i, d.primaries[i / 3][i % 3]);
-    out.Crc(kPrimariesAt, kPrimariesSize, kCrcAt, d.storedHeaderCrc);
-    if (d.version >= 2) out.BigEndian(kWord60At, d.word60, 2);
-    if (d.version >= 3)
-        for (size_t i = 0; i < d.bytes66.size(); ++i) out.Byte(kBytes66At + i, d.bytes66[i]);
-    if (d.version >= 4) {
-        const float whites[kWhiteValues] = {d.firstWhite[0], d.firstWhite[1], d.targetLuminance, d.defaultWhite[0],
-                                            d.defaultWhite[1]};
-        for (size_t i = 0; i < kWhiteValues; ++i) out.Single(kWhitesAt + kSingleSize * i, whites[i]);
+    std::copy(d.magic.begin(), d.magic.end(), block.begin() + facts::kMagic.offset);
+    out.Byte(facts::kVersion.offset, d.version);
+    out.Byte(facts::kSubVersion.offset, d.subVersion);
+    out.BigEndian(facts::kDataWord.offset, d.dataWord, facts::kDataWord.size);
+    for (size_t i = 0; i < kPrimaryValues; ++i)
+        out.Single(facts::kPrimaries.offset + kSingleSize * i, d.primaries[i / 3][i % 3]);
+    out.Crc(facts::kHeaderCrc, d.storedHeaderCrc);
+    if (Carries(facts::kWord60, d.version)) out.BigEndian(facts::kWord60.offset, d.word60, facts::kWord60.size);
+    if (Carries(facts::kBytes66, d.version))
+        for (size_t i = 0; i < d.bytes66.size(); ++i) out.Byte(facts::kBytes66.offset + i, d.bytes66[i]);
+    if (Carries(facts::kFirstWhite, d.version)) {
+        out.Single(facts::kFirstWhite.offset, d.firstWhite[0]);
+        out.Single(facts::kFirstWhite.offset + kSingleSize, d.firstWhite[1]);
+        out.Single(facts::kTargetLuminance.offset, d.targetLuminance);
+        out.Single(facts::kDefaultWhite.offset, d.defaultWhite[0]);
+        out.Single(facts::kDefaultWhite.offset + kSingleSize, d.defaultWhite[1]);
     }
-    if (d.version >= 5) {
+    if (Carries(facts::kToneLevels, d.version)) {
         for (size_t i = 0; i < kToneValues; ++i)
-            out.Single(kToneAt + kSingleSize * i, d.toneLevels[i / 15][i % 15 / 3][i % 3]);
-        out.Crc(kToneAt, kToneSize, kToneCrcAt, d.storedToneCrc);
-        for (size_t i = 0; i < 3; ++i) out.Single(kBlackAt + kSingleSize * i, d.black[i]);
+            out.Single(facts::kToneLevels.offset + kSingleSize * i, d.toneLevels[i / 15][i % 15 / 3][i % 3]);
+        out.Crc(facts::kToneCrc, d.storedToneCrc);
+        for (size_t i = 0; i < kBlackValues; ++i) out.Single(facts::kBlackXyz.offset + kSingleSize * i, d.black[i]);
     }
-    const size_t stringBytes = d.version >= kStringVersion ? WriteGammaString(d, out, verbose) : 0;
+    const bool stringCarried = Carries(TrailerOf(d.version).useMethod, d.version);
+    const size_t stringBytes = stringCarried ? WriteGammaString(d, out, verbose) : 0;
     WriteOtherBytes(d, stringBytes, out);
     return block;
 }
@@ -221,31 +220,32 @@ DecodedBlock DecodeBlock(const Block& block, bool verbose) {
     DecodedBlock result;
     auto& d = result.description;
     const Reader in(block);
-    std::copy_n(block.begin() + kMagicAt, kMagicSize, d.magic.begin());
-    result.magicOk =
-        std::equal(d.magic.begin(), d.magic.end(), kHdocMagic) || std::equal(d.magic.begin(), d.magic.end(), kR2rMagic);
-    d.version = in.Byte(kVersionAt);
-    d.subVersion = in.Byte(kSubVersionAt);
-    d.dataWord = in.BigEndian(kDataWordAt, 4);
-    for (size_t i = 0; i < kPrimaryValues; ++i) d.primaries[i / 3][i % 3] = in.Single(kPrimariesAt + kSingleSize * i);
-    result.headerCrc = {in.Crc(kCrcAt), Crc16(block.data() + kPrimariesAt, kPrimariesSize)};
+    std::copy_n(block.begin() + facts::kMagic.offset, d.magic.size(), d.magic.begin());
+    result.magicOk = facts::MagicAccepted(d.magic.data());
+    d.version = in.Byte(facts::kVersion.offset);
+    d.subVersion = in.Byte(facts::kSubVersion.offset);
+    d.dataWord = in.BigEndian(facts::kDataWord.offset, facts::kDataWord.size);
+    for (size_t i = 0; i < kPrimaryValues; ++i)
+        d.primaries[i / 3][i % 3] = in.Single(facts::kPrimaries.offset + kSingleSize * i);
+    result.headerCrc = in.Crc(facts::kHeaderCrc);
     if (!result.headerCrc.ok()) d.storedHeaderCrc = result.headerCrc.stored;
-    if (d.version >= 2) d.word60 = static_cast<uint16_t>(in.BigEndian(kWord60At, 2));
-    if (d.version >= 3)
-        for (size_t i = 0; i < d.bytes66.size(); ++i) d.bytes66[i] = in.Byte(kBytes66At + i);
-    if (d.version >= 4) {
-        d.firstWhite = {in.Single(kWhitesAt), in.Single(kWhitesAt + 4)};
-        d.targetLuminance = in.Single(kWhitesAt + 8);
-        d.defaultWhite = {in.Single(kWhitesAt + 12), in.Single(kWhitesAt + 16)};
+    if (Carries(facts::kWord60, d.version))
+        d.word60 = static_cast<uint16_t>(in.BigEndian(facts::kWord60.offset, facts::kWord60.size));
+    if (Carries(facts::kBytes66, d.version))
+        for (size_t i = 0; i < d.bytes66.size(); ++i) d.bytes66[i] = in.Byte(facts::kBytes66.offset + i);
+    if (Carries(facts::kFirstWhite, d.version)) {
+        d.firstWhite = {in.Single(facts::kFirstWhite.offset), in.Single(facts::kFirstWhite.offset + kSingleSize)};
+        d.targetLuminance = in.Single(facts::kTargetLuminance.offset);
+        d.defaultWhite = {in.Single(facts::kDefaultWhite.offset), in.Single(facts::kDefaultWhite.offset + kSingleSize)};
     }
-    if (d.version >= 5) {
+    if (Carries(facts::kToneLevels, d.version)) {
         for (size_t i = 0; i < kToneValues; ++i)
-            d.toneLevels[i / 15][i % 15 / 3][i % 3] = in.Single(kToneAt + kSingleSize * i);
-        result.toneCrc = CrcCheck{in.Crc(kToneCrcAt), Crc16(block.data() + kToneAt, kToneSize)};
+            d.toneLevels[i / 15][i % 15 / 3][i % 3] = in.Single(facts::kToneLevels.offset + kSingleSize * i);
+        result.toneCrc = in.Crc(facts::kToneCrc);
         if (!result.toneCrc->ok()) d.storedToneCrc = result.toneCrc->stored;
-        for (size_t i = 0; i < 3; ++i) d.black[i] = in.Single(kBlackAt + kSingleSize * i);
+        for (size_t i = 0; i < kBlackValues; ++i) d.black[i] = in.Single(facts::kBlackXyz.offset + kSingleSize * i);
     }
-    if (d.version >= kStringVersion) ReadGammaString(block, result, verbose);
+    if (Carries(TrailerOf(d.version).useMethod, d.version)) ReadGammaString(block, result, verbose);
     ReadOtherBytes(block, result);
     return result;
 }

@@ -11,26 +11,29 @@
 #include <string>
 #include <vector>
 
+#include "facts/block_layout.h"
 #include "model/curve.h"
 #include "model/lut_string.h"
 
 namespace quarnel::tool {
 
-inline constexpr size_t kBlockSize = 512;
+inline constexpr size_t kBlockSize = facts::kBlockSize;
 using Block = std::array<uint8_t, kBlockSize>;
 using SingleXyz = std::array<float, 3>;  // the block holds single-precision values
 
 // Every field an author chooses. Fields a version does not carry are ignored
 // when writing and left at their defaults when reading.
 struct BlockDescription {
-    std::array<uint8_t, 4> magic{'H', 'D', 'O', 'C'};  // or "R2R" and a zero byte
+    std::array<uint8_t, 4> magic = facts::kMagicHdoc;  // or "R2R" and a zero byte
     uint8_t version = 7;
     uint8_t subVersion = 0;
     uint32_t dataWord = 0;
-    std::array<SingleXyz, 4> primaries{};           // red, green, blue, white
-    uint16_t word60 = 0;                            // version 2 on
-    std::array<uint8_t, 4> bytes66{};               // version 3 on
-    std::array<float, 2> firstWhite{0.3f, 0.315f};  // version 4 on
+    std::array<SingleXyz, 4> primaries{};  // red, green, blue, white
+    uint16_t word60 = 0;                   // version 2 on
+    std::array<uint8_t, 4> bytes66{};      // version 3 on
+    // Version 4 on; older blocks stand for the white the library assumes for them.
+    std::array<float, 2> firstWhite{static_cast<float>(facts::kEarlyFirstWhiteX),
+                                    static_cast<float>(facts::kEarlyFirstWhiteY)};
     float targetLuminance = 0.0f;
     std::array<float, 2> defaultWhite{};
     std::array<std::array<SingleXyz, 5>, 3> toneLevels{};  // version 5 on: channel, grey level
@@ -64,9 +67,6 @@ struct DecodedBlock {
     bool stringFits = true;           // the string and the byte after it lie inside the block
     int32_t gammaStatus = 0;          // BIOS2LUT's answer on the string
 };
-
-// CRC-16 with polynomial 0x1021, start 0xFFFF, no reflection.
-uint16_t Crc16(const uint8_t* bytes, size_t count);
 
 // Throws ToolError (65) when the description cannot be laid out: a gamma LUT
 // that no string carries, a string or other bytes that do not fit.

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "model/cie1931.h"
 
-#include <cmath>
-
 namespace quarnel::tool {
 namespace {
 
@@ -34,18 +32,6 @@ constexpr double kMatching[][3] = {
     {0.015840, 0.005723, 0.000000}, {0.011359, 0.004102, 0.000000},
 };
 
-// Kim, Kang, Kim, Lee, Lee, Kang (2002), "Design of advanced color temperature
-// control system for HDTV applications", J. Korean Physical Society 41(6):
-// cubic splines of x over 1/T and of y over x, breaking at 2222 K and 4000 K.
-constexpr double kCoolBreak = 4000, kWarmBreak = 2222;
-constexpr double kXWarm[4] = {-0.2661239e9, -0.2343589e6, 0.8776956e3, 0.179910};
-constexpr double kXCool[4] = {-3.0258469e9, 2.1070379e6, 0.2226347e3, 0.240390};
-constexpr double kYWarmest[4] = {-1.1063814, -1.34811020, 2.18555832, -0.20219683};
-constexpr double kYWarm[4] = {-0.9549476, -1.37418593, 2.09137015, -0.16748867};
-constexpr double kYCool[4] = {3.0817580, -5.87338670, 3.75112997, -0.37001483};
-
-double Cubic(const double (&c)[4], double t) { return ((c[0] * t + c[1]) * t + c[2]) * t + c[3]; }
-
 }  // namespace
 
 std::vector<SpectralPoint> SpectralLocus() {
@@ -57,12 +43,6 @@ std::vector<SpectralPoint> SpectralLocus() {
         nanometres += kStepNanometres;
     }
     return locus;
-}
-
-Xy PlanckianXy(double kelvin) {
-    const double x = Cubic(kelvin < kCoolBreak ? kXWarm : kXCool, 1.0 / kelvin);
-    const double(&yCurve)[4] = kelvin < kWarmBreak ? kYWarmest : (kelvin < kCoolBreak ? kYWarm : kYCool);
-    return {x, Cubic(yCurve, x)};
 }
 
 }  // namespace quarnel::tool

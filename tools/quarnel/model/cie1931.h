@@ -6,11 +6,11 @@
 #include <array>
 #include <vector>
 
+#include "facts/loci.h"
+
 namespace quarnel::tool {
 
-struct Xy {
-    double x = 0.0, y = 0.0;
-};
+using Xy = facts::Xy;
 
 struct SpectralPoint {
     int nanometres;
@@ -21,9 +21,11 @@ struct SpectralPoint {
 // standard observer.
 std::vector<SpectralPoint> SpectralLocus();
 
-// The chromaticity of a black body at `kelvin`, valid from 1667 K to 25000 K.
-Xy PlanckianXy(double kelvin);
-constexpr double kPlanckianMinKelvin = 1667, kPlanckianMaxKelvin = 25000;
+// The chromaticity of a black body at `kelvin`, valid from 1667 K to 25000 K:
+// the library's own locus, without the flattening of its warm end that the
+// library applies when it places a target.
+using facts::PlanckianXy;
+constexpr double kPlanckianMinKelvin = facts::kPlanckianMinKelvin, kPlanckianMaxKelvin = facts::kPlanckianMaxKelvin;
 
 // sRGB (IEC 61966-2-1): red, green, blue primaries and the D65 white.
 constexpr std::array<Xy, 3> kSrgbPrimaries{{{0.64, 0.33}, {0.30, 0.60}, {0.15, 0.06}}};

@@ -105,13 +105,9 @@ Xyz CalibratedWhite(const PanelModel& model, const Curve& curve) {
 std::optional<Chromaticity> ToChromaticity(const Xyz& xyz) {
     const double sum = xyz[0] + xyz[1] + xyz[2];
     if (!(sum > 0)) return std::nullopt;
-    return Chromaticity{xyz[0] / sum, xyz[1] / sum};
+    return facts::ChromaticityOf(xyz[0], xyz[1], xyz[2]);
 }
 
-int Cct(const Chromaticity& xy) {
-    // McCamy (1992): n = (x - xe) / (ye - y) about the epicentre (0.3320, 0.1858).
-    const double n = (xy.x - 0.3320) / (0.1858 - xy.y);
-    return static_cast<int>(std::lround(437 * n * n * n + 3601 * n * n + 6831 * n + 5517));
-}
+int Cct(const Chromaticity& xy) { return static_cast<int>(std::lround(facts::McCamyKelvin(xy))); }
 
 }  // namespace quarnel::tool

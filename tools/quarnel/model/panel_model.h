@@ -7,6 +7,7 @@
 #include <array>
 #include <optional>
 
+#include "facts/chromaticity.h"
 #include "model/block_codec.h"
 #include "model/curve.h"
 
@@ -61,11 +62,11 @@ double CurveDrive(const CurvePlane& plane, double input);
 // The white of the panel with `curve` loaded: full input through the curve.
 Xyz CalibratedWhite(const PanelModel& model, const Curve& curve);
 
-struct Chromaticity {
-    double x = 0.0, y = 0.0;
-};
+using Chromaticity = facts::Xy;
 std::optional<Chromaticity> ToChromaticity(const Xyz& xyz);
-// Correlated colour temperature in kelvin, McCamy's approximation.
+// Correlated colour temperature in kelvin, McCamy's approximation with the
+// library's coefficients, rounded to the nearest kelvin. Unlike the library's
+// reports it is not clamped: the tool shows the white the panel really gives.
 int Cct(const Chromaticity& xy);
 
 }  // namespace quarnel::tool
