@@ -72,8 +72,10 @@ std::string Fnv(const std::string& text) {
     return hex.str();
 }
 
-// The temp folder and the local time vary from run to run; the rest of a transcript does not.
+// The temp folder and the local time vary from run to run, and Windows ends lines in text files with a carriage
+// return; the rest of a transcript does not vary.
 std::string Normalized(std::string text, const std::string& folder) {
+    std::erase(text, '\r');
     for (std::size_t at; (at = text.find(folder)) != std::string::npos;) text.replace(at, folder.size(), "<dir>/");
     for (std::size_t end = text.find('\n'); end != std::string::npos; end = text.find('\n', end + 1))
         if (end >= 24 && text[end - 21] == ' ' && text[end - 11] == ':' && text[end - 8] == ':')  // ctime
