@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cctype>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -160,14 +161,17 @@ struct Recorder {
         if (gains != lastGains) out += lastGains = gains;
     }
 
-    // A text as the name of its shape, every number masked, and the name of the list of its numbers.
+    // A text as the name of its shape, every number masked (not the digits of a name), and the name of the list
+    // of its numbers.
     std::string Shape(const std::string& said) {
-        static const std::regex kNumber(R"(-?[0-9]+(\.[0-9]+)?)");
+        static const std::regex kWord(R"([A-Za-z_][A-Za-z_0-9]*|-?[0-9]+(\.[0-9]+)?)");
         std::string shape, numbers;
         auto at = said.cbegin();
-        for (std::sregex_iterator m(said.begin(), said.end(), kNumber), end; m != end; at = (*m++)[0].second) {
+        for (std::sregex_iterator m(said.begin(), said.end(), kWord), end; m != end; ++m) {
+            if (std::isalpha(static_cast<unsigned char>(m->str()[0])) || m->str()[0] == '_') continue;
             shape.append(at, (*m)[0].first) += '#';
             numbers += (numbers.empty() ? "" : " ") + m->str();
+            at = (*m)[0].second;
         }
         shape.append(at, said.cend());
         const std::string name = Fnv(shape);
