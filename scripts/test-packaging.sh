@@ -40,11 +40,10 @@ same_lines() {
   diff -u <(sort <<<"$3") <(sort <<<"$2") >&2 || { echo "unexpected $1" >&2; return 1; }
 }
 
-# consumer <build dir> <cmake arguments...>: configures, builds and runs tests/consumer.
+# consumer <build dir> <cmake arguments...>: configures and builds tests/consumer.
 consumer() {
   cmake -S tests/consumer -B "$1" -G Ninja -DCMAKE_C_FLAGS="-Wall -Wextra -Werror" "${@:2}" >/dev/null
   cmake --build "$1" >/dev/null
-  "$1/consumer"
 }
 
 # files <package>: the files (not folders) a package installed.
@@ -67,8 +66,10 @@ linux() {
   env -u LD_LIBRARY_PATH "$tmp/prefix/bin/quarnel" version
   echo "== consumer through find_package, from an install tree"
   consumer "$tmp/cmake" -DCMAKE_PREFIX_PATH="$tmp/prefix"
+  "$tmp/cmake/consumer"
   echo "== consumer through pkg-config, from an install tree"
   PKG_CONFIG_PATH="$tmp/prefix/lib/pkgconfig" consumer "$tmp/pc" -DQUARNEL_VIA_PKGCONFIG=ON
+  "$tmp/pc/consumer"
 
   echo "== packages"
   scripts/package.sh deb >/dev/null
@@ -108,8 +109,10 @@ linux() {
   [ "$(pkg-config --modversion quarnel)" = "$version" ]
   echo "== consumer through find_package, from the system"
   consumer "$tmp/sys-cmake"
+  "$tmp/sys-cmake/consumer"
   echo "== consumer through pkg-config, from the system"
   consumer "$tmp/sys-pc" -DQUARNEL_VIA_PKGCONFIG=ON
+  "$tmp/sys-pc/consumer"
   # /lib is /usr/lib on a merged /usr, and the loader may name either.
   ldd "$tmp/sys-pc/consumer" | grep -E "=> (/usr)?/lib/$multiarch/libquarnel\.so\.$major " >/dev/null
 
