@@ -5,6 +5,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -47,6 +50,77 @@ TEST(BlockLayout, EachVersionsFieldsTileTheBlockFromItsStart) {
         EXPECT_EQ(at, end) << version;
         EXPECT_TRUE(Carries(TrailerOf(version).lutString, version) == (version >= 6)) << version;
     }
+}
+
+std::string Versions(const BlockField& f) {
+    if (f.firstVersion == 0 && f.lastVersion == kLastVersion) return "all";
+    return std::to_string(f.firstVersion) + (f.firstVersion == f.lastVersion ? " only" : " on");
+}
+
+std::string StoredAs(const BlockField& f) {
+    std::ostringstream out;
+    switch (f.type) {
+        case FieldType::Characters:
+            out << f.size << " characters";
+            break;
+        case FieldType::Byte:
+            out << (f.size == 1 ? "unsigned byte" : std::to_string(f.size) + " unsigned bytes");
+            break;
+        case FieldType::BigEndian:
+            out << "unsigned " << 8 * f.size << "-bit, big-endian";
+            break;
+        case FieldType::Singles:
+            out << f.size / kSingleSize << " single-precision float" << (f.size > kSingleSize ? "s" : "");
+            break;
+        case FieldType::Crc:
+            out << "CRC-16, low byte first";
+            break;
+        case FieldType::Reserved:
+            out << "not read";
+            break;
+        case FieldType::StringLength:
+            out << "unsigned byte N";
+            break;
+        case FieldType::String:
+            out << "N bytes";
+            break;
+    }
+    return out.str();
+}
+
+// The field table as the block-format document shows it.
+std::string FieldTable() {
+    std::ostringstream table;
+    table << "| Offset | Size | Versions | Field | Stored as |\n|---|---|---|---|---|\n";
+    for (const BlockField& f : kBlockFields) {
+        table << "| " << f.offset << " | " << (f.type == FieldType::String ? "N, at most " : "") << f.size << " | "
+              << Versions(f) << " | ";
+        if (f.type == FieldType::Reserved)
+            table << "reserved";
+        else
+            table << '`' << f.name << '`';
+        table << " | " << StoredAs(f) << " |\n";
+    }
+    return table.str();
+}
+
+// With QUARNEL_REGENERATE=1 the document's table is written anew instead.
+TEST(BlockLayout, TheBlockFormatDocumentShowsTheFieldTable) {
+    const std::string path = QUARNEL_DOCS_DIR "/block-format.md";
+    std::ostringstream read;
+    read << std::ifstream(path, std::ios::binary).rdbuf();
+    std::string doc = read.str();
+    const std::string begin = "<!-- block fields: generated from src/facts/block_layout.h -->\n";
+    const std::size_t from = doc.find(begin), to = doc.find("<!-- end of block fields -->");
+    ASSERT_TRUE(from != std::string::npos && to != std::string::npos && from < to) << path;
+    const std::size_t start = from + begin.size();
+    const char* regenerate = std::getenv("QUARNEL_REGENERATE");
+    if (regenerate != nullptr && std::string(regenerate) == "1") {
+        doc.replace(start, to - start, FieldTable());
+        std::ofstream(path, std::ios::binary) << doc;
+        return;
+    }
+    EXPECT_EQ(doc.substr(start, to - start), FieldTable()) << "QUARNEL_REGENERATE=1 writes " << path << " anew";
 }
 
 // Published Planckian chromaticities (CIE 1931, 2 degrees) and CIE daylight
