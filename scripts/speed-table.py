@@ -89,7 +89,8 @@ def tables(path):
     forms = sorted({int(m.group(1)) for name in t for m in [re.search(r"/form:(\d+)", name)] if m})
     names = context.get("vector_forms", "").split(",")
     out = [f"Measured on {context.get('cpu_model', 'an unnamed processor')} ({context.get('num_cpus')} CPUs, "
-           f"{context.get('mhz_per_cpu')} MHz as the benchmark reports it), {context.get('date', '')}; "
+           f"{context.get('mhz_per_cpu')} MHz as the benchmark reports it, load average "
+           f"{context.get('load_avg', [0.0])[0]:.1f} at the start), {context.get('date', '')}; "
            f"the library runs its {context.get('vector_form', 'unnamed')} form there.", ""]
     out += ["| benchmark            | time    | its floor | vs floor |",
             "|----------------------|---------|-----------|----------|"]

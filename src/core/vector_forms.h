@@ -13,6 +13,8 @@
 
 namespace quarnel {
 
+// From the narrowest to the widest: a processor that runs a form runs every
+// form before it.
 enum class VectorForm { kBaseline, kAvx2 };
 inline constexpr std::size_t kVectorFormCount = 2;
 
