@@ -7,7 +7,8 @@ set -euo pipefail
 declare -A groups=(
   [native]="g++ cmake ninja-build python3 libgtest-dev libgmock-dev googletest libbenchmark-dev
     pkgconf libcli11-dev nlohmann-json3-dev liblcms2-dev libcairo2-dev argyll
-    libxrandr-dev xserver-xorg-core xserver-xorg-video-dummy libcolord-dev colord dbus-daemon scdoc chromium"
+    libxrandr-dev xserver-xorg-core xserver-xorg-video-dummy x11-xserver-utils libcolord-dev colord dbus-daemon
+    libglib2.0-bin scdoc chromium libwayland-dev libwayland-bin desktop-file-utils systemd"
   [windows]="g++-mingw-w64-x86-64 wine wine64 googletest cmake ninja-build"
   [packaging]="build-essential debhelper dpkg-dev lintian scdoc man-db bash-completion file pkgconf binutils
     cmake ninja-build libcli11-dev nlohmann-json3-dev liblcms2-dev libcairo2-dev libfontconfig-dev

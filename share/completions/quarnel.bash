@@ -2,7 +2,8 @@
 # bash completion for quarnel: commands, their options, modes, the values of
 # --api, --format, --firmware and --method, and file names where a file goes.
 
-_quarnel_panel_options="--calib --firmware --api --interval --brightness --reading-levels --reading-index"
+_quarnel_panel_options="--calib --firmware --sample --api --interval --brightness --reading-levels --reading-index"
+_quarnel_display_options="--output --all-outputs --backend --display"
 
 # _quarnel_options COMMAND: the options COMMAND takes (groups take only help).
 _quarnel_options() {
@@ -11,9 +12,10 @@ _quarnel_options() {
     "") echo "$common --version" ;;
     modes) echo "$common $_quarnel_panel_options --json" ;;
     lut) echo "$common $_quarnel_panel_options --curve -o --format" ;;
-    apply) echo "$common $_quarnel_panel_options --curve --output --display" ;;
-    show) echo "$common --output --display -o --format" ;;
-    reset) echo "$common --output --display" ;;
+    apply) echo "$common $_quarnel_panel_options --curve $_quarnel_display_options --hold -q --quiet" ;;
+    show) echo "$common --output --backend --display -o --format" ;;
+    reset) echo "$common $_quarnel_display_options" ;;
+    "autostart enable") echo "$common $_quarnel_panel_options --curve $_quarnel_display_options -q --quiet" ;;
     "plot chromaticity") echo "$common $_quarnel_panel_options -o" ;;
     "profile install") echo "$common $_quarnel_panel_options --curve --output --device" ;;
     "profile remove") echo "$common --output --device" ;;
@@ -29,7 +31,8 @@ _quarnel_options() {
 # _quarnel_subcommands COMMAND: the commands below COMMAND.
 _quarnel_subcommands() {
   case $1 in
-    "") echo "modes lut block string version qa apply show reset plot profile" ;;
+    "") echo "modes lut block string version qa apply show reset plot profile autostart" ;;
+    autostart) echo "enable disable status" ;;
     block) echo "inspect build measurements sample lot" ;;
     string) echo "encode decode" ;;
     plot) echo "chromaticity" ;;
@@ -40,7 +43,7 @@ _quarnel_subcommands() {
 # _quarnel_positional COMMAND: what the command's first argument is.
 _quarnel_positional() {
   case $1 in
-    lut | apply | "profile install") echo mode ;;
+    lut | apply | "profile install" | "autostart enable") echo mode ;;
     "block inspect" | "block build" | "block measurements" | "string encode" | qa) echo file ;;
   esac
 }
@@ -58,6 +61,7 @@ _quarnel() {
   case $prev in
     --api) mapfile -t COMPREPLY < <(compgen -W "plain srgb nvidia qcom igcl plain5" -- "$cur") && return ;;
     --format) mapfile -t COMPREPLY < <(compgen -W "csv json cal icc png svg" -- "$cur") && return ;;
+    --backend) mapfile -t COMPREPLY < <(compgen -W "wayland x11" -- "$cur") && return ;;
     --firmware | --method) mapfile -t COMPREPLY < <(compgen -W "0 1" -- "$cur") && return ;;
     --calib | --curve | -o | --csv | --json | --report)
       compopt -o filenames 2>/dev/null
@@ -74,7 +78,7 @@ _quarnel() {
     word=${COMP_WORDS[i]}
     case $word in
       --calib | --curve | -o | --api | --format | --firmware | --method | --interval | --brightness | \
-        --reading-levels | --reading-index | --output | --display | --device | --csv | --json | --report | \
+        --reading-levels | --reading-index | --output | --backend | --display | --device | --csv | --json | --report | \
         --count | --seed | --damaged | -j | --jobs | --max-duv | --min-srgb | --min-p3 | --min-luminance | \
         --min-gamma | --max-gamma | --outlier) ((i++)) ;;
       -*) ;;

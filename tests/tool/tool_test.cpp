@@ -387,7 +387,8 @@ TEST_F(ToolTest, VersionHelpAndLibraryChatterStayInTheirPlaces) {
     const char* const commands[] = {
         "", "modes", "lut", "block", "block inspect", "block build", "block sample", "block measurements",
         "string", "string encode", "string decode", "version", "apply", "show", "reset", "plot",
-        "plot chromaticity", "profile", "profile install", "profile remove", "profile list"};
+        "plot chromaticity", "profile", "profile install", "profile remove", "profile list", "autostart",
+        "autostart enable", "autostart disable", "autostart status"};
     // clang-format on
     for (const char* command : commands) {
         const Result help = Run(std::string(command) + " --help");

@@ -4,30 +4,21 @@
 # driver), with ArgyllCMS's dispwin as an independent reader of the ramp.
 # Usage: display_gamma.sh QUARNEL DUMMY_CONF. Exits 77 when Xorg cannot start.
 set -euo pipefail
-quarnel=$1 conf=$2 mode=(theater)
+quarnel=$1 conf=$2 mode=(theater --sample) out=(--output DUMMY0)
 work=$(mktemp -d) xorg=""
 trap '[ -z "$xorg" ] || kill "$xorg" 2>/dev/null; wait; rm -rf "$work"' EXIT
-skip() { echo "skipped: $*"; exit 77; }
 . "$(dirname "$0")/../checks.sh"
-
-command -v Xorg >/dev/null || skip "Xorg is not installed"
-command -v dispwin >/dev/null || skip "dispwin (ArgyllCMS) is not installed"
-n=90
-while [ -e /tmp/.X$n-lock ] || [ -e /tmp/.X11-unix/X$n ]; do n=$((n + 1)); done
-export DISPLAY=:$n
-Xorg "$DISPLAY" -noreset -nolisten tcp -config "$conf" -logfile "$work/xorg.log" >/dev/null 2>"$work/xorg.err" &
-xorg=$!
-for _ in $(seq 100); do
-  [ -S /tmp/.X11-unix/X$n ] && break
-  kill -0 "$xorg" 2>/dev/null || { xorg=""; skip "Xorg did not start: $(grep -hE '\(EE\) [A-Za-z]' "$work"/xorg.* | grep -m1 -v -e dbus -e 'warning,')"; }
-  sleep 0.1
-done
+command -v dispwin >/dev/null || { echo "skipped: dispwin (ArgyllCMS) is not installed"; exit 77; }
+. "$(dirname "$0")/xorg.sh"
 
 # Each command runs as its own process, so the ramp lives on the server.
-"$quarnel" lut "${mode[@]}" --format csv -o "$work/mode.csv"
-"$quarnel" lut "${mode[@]}" --format cal -o "$work/mode.cal"
-"$quarnel" apply "${mode[@]}"
-"$quarnel" show --output DUMMY0 --format csv -o "$work/shown.csv"
+"$quarnel" lut theater --format csv -o "$work/mode.csv"
+"$quarnel" lut theater --format cal -o "$work/mode.cal"
+"$quarnel" apply "${mode[@]}" "${out[@]}" 2>"$work/said"
+grep -qx "quarnel: DUMMY0: theater loaded (CRTC 0x[0-9a-f]*, 256 entries)" "$work/said" ||
+  fail "apply does not say what it loaded: $(cat "$work/said")"
+"$quarnel" show --output DUMMY0 --format csv -o "$work/shown.csv" 2>"$work/said"
+grep -qx "quarnel: read CRTC 0x[0-9a-f]* of DUMMY0, 256 entries" "$work/said" || fail "show does not say which CRTC it reads: $(cat "$work/said")"
 cmp "$work/mode.csv" "$work/shown.csv" || fail "show does not give the applied curve"
 dispwin -d1 -V "$work/mode.cal" | grep -q "IS loaded" || fail "dispwin does not find the mode's curve loaded"
 # The ramp as dispwin reads it holds entry / 65280 of full scale, to the ramp's 16-bit step.
@@ -39,19 +30,20 @@ same_cal() {
 }
 same_cal "$work/mode.cal" || fail "the loaded ramp is not the mode's curve at entry / 65280"
 
-"$quarnel" reset
-"$quarnel" show --format csv -o "$work/reset.csv"
+"$quarnel" reset --all-outputs
+"$quarnel" show "${out[@]}" --format csv -o "$work/reset.csv"
 cmp <(head -1 "$work/mode.csv"; seq 0 255 | awk '{ v = $1 * 256; print $1 "," v "," v "," v }') "$work/reset.csv" ||
   fail "reset does not load the identity"
 seq 0 255 | awk 'BEGIN { print "BEGIN_DATA" } { v = $1 / 255; print v, v, v, v } END { print "END_DATA" }' >"$work/identity.cal"
 same_cal "$work/identity.cal" || fail "reset does not fill the ramp up to 65535"
 
-expect_unavailable DISPLAY env -u DISPLAY "$quarnel" reset
+expect_unavailable "DISPLAY is not set.*profile install" env -u DISPLAY "$quarnel" reset
+expect_unavailable "no built-in panel (eDP, LVDS, DSI) among DUMMY0" "$quarnel" apply "${mode[@]}"
 expect_unavailable NO-SUCH-OUTPUT "$quarnel" show --output NO-SUCH-OUTPUT
 # A ramp of the wrong size draws a protocol error from the server: one line and 69, not Xlib's report.
 printf '#include <X11/extensions/Xrandr.h>\nint XRRGetCrtcGammaSize(Display *d, RRCrtc c) { return 7; }\n' >"$work/size.c"
 if cc -shared -fPIC -o "$work/size.so" "$work/size.c" 2>/dev/null; then
   expect_unavailable "refused a RandR request: BadMatch" env LD_PRELOAD="$work/size.so" \
-    ASAN_OPTIONS=verify_asan_link_order=0 "$quarnel" reset
+    ASAN_OPTIONS=verify_asan_link_order=0 "$quarnel" reset "${out[@]}"
 fi
 echo "passed on display $DISPLAY"

@@ -5,10 +5,10 @@
 
 #include <vector>
 
-#include "display/x11/resample.h"
+#include "display/resample.h"
 #include "model/curve.h"
 
-namespace quarnel::tool::x11 {
+namespace quarnel::tool::display {
 namespace {
 
 struct ResampleCase {
@@ -44,4 +44,4 @@ TEST(RampScale, EveryEntryComesBackAndTheIdentityFillsTheRamp) {
 }
 
 }  // namespace
-}  // namespace quarnel::tool::x11
+}  // namespace quarnel::tool::display

@@ -13,6 +13,7 @@ void AddCommands(CLI::App& app, const GlobalOptions& global) {
     AddDisplayCommands(app, global);
     AddPlotCommand(app, global);
     AddProfileCommands(app, global);
+    AddAutostartCommand(app, global);
 }
 
 }  // namespace quarnel::tool

@@ -25,8 +25,10 @@ void AddVersionCommand(CLI::App& app, const GlobalOptions& global);
 void AddQaCommand(CLI::App& app, const GlobalOptions& global);
 // `block lot`, under the block command.
 void AddBlockLotCommand(CLI::App& block);
-// apply, show and reset: a mode's curve on a live X11 display's gamma ramps.
+// apply, show and reset: a mode's curve on a live display's gamma ramps.
 void AddDisplayCommands(CLI::App& app, const GlobalOptions& global);
+// apply at every login.
+void AddAutostartCommand(CLI::App& app, const GlobalOptions& global);
 // The panel's picture in the chromaticity diagram.
 void AddPlotCommand(CLI::App& app, const GlobalOptions& global);
 // The panel's display profile installed for the desktop.

@@ -89,6 +89,9 @@ void AddCurveOptions(CLI::App& command, CurveCli& cli) {
                              ->check(CLI::Range(0, 1).description(""))
                              ->type_name(kWholeNumber);
     calib->excludes(cli.firmwareOption);
+    command.add_flag("--sample", cli.sample, "Use the built-in sample panel (the default of modes, lut and plot)")
+        ->excludes(calib)
+        ->excludes(cli.firmwareOption);
     command.add_option("--api", cli.api, "Driver interface the curve is made for")
         ->check(CLI::IsMember({"plain", "srgb", "nvidia", "qcom", "igcl", "plain5"}))
         ->capture_default_str();
@@ -114,6 +117,13 @@ void AddCurveOptions(CLI::App& command, CurveCli& cli) {
                       ->type_name(kNumber);
     levels->needs(index);
     index->needs(levels);
+}
+
+void RequirePanelSource(const CurveCli& cli) {
+    if (cli.calib.empty() && (cli.firmwareOption == nullptr || cli.firmwareOption->count() == 0) && !cli.sample)
+        throw ToolError(kExitUsage,
+                        "which panel? --calib FILE (the calibration file of the notebook maker's creator "
+                        "application), --firmware N (the block in the notebook's own firmware) or --sample");
 }
 
 CurveOptions ResolveCurveOptions(const CurveCli& cli, const GlobalOptions& global) {

@@ -19,9 +19,13 @@ struct CurveCli {
     std::string curveFile;
     CurveOptions options;
     CLI::Option* firmwareOption = nullptr;
+    bool sample = false;  // the built-in sample panel, asked for by name
 };
 
 void AddCurveOptions(CLI::App& command, CurveCli& cli);
+// Commands that reach a real display take no made-up panel unasked: throws
+// ToolError (64) unless --calib, --firmware or --sample was given.
+void RequirePanelSource(const CurveCli& cli);
 // The options as the library takes them; reads --curve when given.
 CurveOptions ResolveCurveOptions(const CurveCli& cli, const GlobalOptions& global);
 

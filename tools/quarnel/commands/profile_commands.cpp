@@ -37,6 +37,7 @@ std::string ModeProfile(const InstallCli& cli, const GlobalOptions& global, cons
 }
 
 void Install(const InstallCli& cli, const GlobalOptions& global) {
+    RequirePanelSource(cli.curve);
     const DisplayIdentity display = colord::ResolveDevice(cli.display);
     const std::string& device = display.deviceId;
     const colord::ProfileFile file{colord::UserIccFolder(), colord::ProfileFileName(device),

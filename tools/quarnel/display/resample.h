@@ -8,11 +8,11 @@
 #include <span>
 #include <vector>
 
-namespace quarnel::tool::x11 {
+namespace quarnel::tool::display {
 
 // Entry j of the result is `in` read at position j x (in.size() - 1) /
 // (size - 1), interpolated linearly between its neighbours and rounded to
 // the nearest integer. The same size gives `in` back unchanged.
 std::vector<std::uint16_t> Resample(std::span<const std::uint16_t> in, std::size_t size);
 
-}  // namespace quarnel::tool::x11
+}  // namespace quarnel::tool::display

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "display/x11/resample.h"
+#include "display/resample.h"
 
 #include <cmath>
 
-namespace quarnel::tool::x11 {
+namespace quarnel::tool::display {
 
 std::vector<std::uint16_t> Resample(std::span<const std::uint16_t> in, std::size_t size) {
     std::vector<std::uint16_t> out(size, in.empty() ? 0 : in.back());
@@ -19,4 +19,4 @@ std::vector<std::uint16_t> Resample(std::span<const std::uint16_t> in, std::size
     return out;
 }
 
-}  // namespace quarnel::tool::x11
+}  // namespace quarnel::tool::display
