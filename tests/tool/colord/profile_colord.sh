@@ -79,6 +79,40 @@ colormgr get-profiles | grep -q "$work/data" && fail "remove left the profile in
 colormgr device-get-default-profile "$device" | grep -q "Filename" && fail "remove left a default profile"
 
 expect_unavailable "no device" q profile install native --sample --device xrandr-no-such-display
+colormgr delete-device "$device" >/dev/null
+
+# The panel as each desktop registers it, next to an external monitor: found
+# by what the compositor said about it, made the default, and the default
+# again after colord restarts and the desktop adds device and profile back.
+call() { gdbus call --system --dest org.freedesktop.ColorManager --object-path /org/freedesktop/ColorManager \
+  --method "org.freedesktop.ColorManager.$1" "${@:2}" >/dev/null; }
+monitor="{'Kind':'display','Vendor':'Other','Model':'Monitor','Serial':'9','XRANDR_name':'HDMI-A-1'}"
+mutter="{'Kind':'display','Vendor':'Quarnel','Model':'Sample','Serial':'0001','Embedded':'','XRANDR_name':'eDP-1',\
+'OutputEdidMd5':'00112233445566778899aabbccddeeff'}"
+kwin="{'Kind':'display','Vendor':'Quarnel','Model':'Sample','Serial':'0001','Embedded':''}"
+default_of() { colormgr device-get-default-profile "$1" 2>/dev/null | sed -n 's/^Filename: *//p'; }
+for desktop in mutter:xrandr-Quarnel-Sample-0001 kwin:eDP-1; do
+  id=${desktop#*:} props=${desktop%%:*}
+  call CreateDevice xrandr-Other-Monitor-9 normal "$monitor"
+  call CreateDevice "$id" normal "${!props}"
+  for choice in "" "--output eDP-1"; do
+    q profile install vivid --sample $choice >"$work/said" || fail "$props: install $choice failed"
+    installed=$work/data/icc/quarnel-$id.icc
+    [ "$(default_of "$id")" = "$installed" ] || fail "$props ($choice): not the default of $id: $(cat "$work/said")"
+  done
+  [ -z "$(default_of xrandr-Other-Monitor-9)" ] || fail "$props: the external monitor got a profile"
+  expect_unavailable "no display device for DP-9" q profile install vivid --sample --output DP-9
+  stop "$daemon"
+  start_colord
+  call CreateDevice "$id" normal "${!props}"
+  call CreateProfile "icc-$(md5sum <"$installed" | cut -c1-32)" normal "{'Filename':'$installed'}"
+  [ $private_state = no ] || [ "$(default_of "$id")" = "$installed" ] ||
+    fail "$props: after a restart the default of $id is '$(default_of "$id")'"
+  q profile remove >/dev/null
+  [ ! -e "$installed" ] || fail "$props: remove left the file"
+  colormgr delete-device "$id" >/dev/null
+  colormgr delete-device xrandr-Other-Monitor-9 >/dev/null 2>&1 || true
+done
 stop "$daemon"
 daemon=""
 expect_unavailable "cannot reach colord" q profile list

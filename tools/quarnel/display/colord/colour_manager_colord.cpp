@@ -10,6 +10,7 @@
 #include "display/colord/colour_manager.h"
 #include "display/colord/drm_edid.h"
 #include "display/colord/icc_folder.h"
+#include "display/gamma_backend.h"
 #include "io/atomic_file.h"
 #include "io/tool_error.h"
 
@@ -67,25 +68,66 @@ std::string Filename(CdProfile* profile) {
     return file != nullptr ? file : "";
 }
 
-// GNOME's convention for the device id: vendor, model and serial from the
-// EDID, each when known, else the output's name.
-DisplayIdentity IdentityFromEdid(const OutputEdid& output) {
+std::string Text(const char* text) { return text != nullptr ? text : ""; }
+
+// What a display is known by outside colord: its connector and, where the
+// kernel shows it, what its EDID says.
+struct SoughtDisplay {
+    std::string connector;  // empty: whichever output is the built-in panel
+    bool builtIn = false;
+    std::string vendor, model, serial, edidMd5;
+    std::string guessedId;  // xrandr-VENDOR-MODEL-SERIAL, as GNOME names the device
+};
+
+SoughtDisplay FromEdid(const OutputEdid& output, bool builtIn) {
     Ref<CdEdid> edid(cd_edid_new());
     Ref<GBytes> bytes(g_bytes_new(output.edid.data(), output.edid.size()));
     Error error;
     if (!cd_edid_parse(edid.get(), bytes.get(), error.out()))
         error.Fail(kExitUnavailable, output.output + ": cannot read the display's EDID");
-    std::string id = "xrandr";
-    bool named = false;
-    for (const char* part : {cd_edid_get_vendor_name(edid.get()), cd_edid_get_monitor_name(edid.get()),
-                             cd_edid_get_serial_number(edid.get())})
-        if (part != nullptr) {
-            id += std::string("-") + part;
-            named = true;
-        }
-    const auto text = [](const char* part) { return part != nullptr ? std::string(part) : std::string(); };
-    return {text(cd_edid_get_vendor_name(edid.get())), text(cd_edid_get_monitor_name(edid.get())),
-            text(cd_edid_get_checksum(edid.get())), named ? id : "xrandr-" + output.output};
+    SoughtDisplay sought{output.output,
+                         builtIn,
+                         Text(cd_edid_get_vendor_name(edid.get())),
+                         Text(cd_edid_get_monitor_name(edid.get())),
+                         Text(cd_edid_get_serial_number(edid.get())),
+                         Text(cd_edid_get_checksum(edid.get())),
+                         "xrandr"};
+    for (const std::string* part : {&sought.vendor, &sought.model, &sought.serial})
+        if (!part->empty()) sought.guessedId += "-" + *part;
+    if (sought.guessedId == "xrandr") sought.guessedId += "-" + output.output;
+    return sought;
+}
+
+// The display the choice names, with its EDID when the kernel has one.
+SoughtDisplay Sought(const DisplayChoice& choice) {
+    const bool builtIn = choice.output.empty();
+    for (const OutputEdid& o : ConnectedEdids())
+        if (builtIn ? display::IsBuiltInPanel(o.output) : o.output == choice.output) return FromEdid(o, builtIn);
+    return {choice.output, builtIn, "", "", "", "", ""};
+}
+
+// Whether colord's device is the display, by any of the names a compositor
+// registers it under: mutter's metadata (the connector as XRANDR_name, the
+// EDID's MD5) and device id, KWin's device id (the connector itself), the
+// EDID's vendor, model and serial, or, for the built-in panel, Embedded.
+bool IsDisplay(CdDevice* device, const SoughtDisplay& sought) {
+    const std::string id = Text(cd_device_get_id(device));
+    const auto metadata = [&](const char* key) { return Text(cd_device_get_metadata_item(device, key)); };
+    const auto same = [](const std::string& known, const std::string& registered) {
+        return !known.empty() && known == registered;
+    };
+    if (same(sought.connector, id) || same(sought.connector, metadata(CD_DEVICE_METADATA_XRANDR_NAME)) ||
+        same(sought.edidMd5, metadata(CD_DEVICE_METADATA_OUTPUT_EDID_MD5)) || same(sought.guessedId, id))
+        return true;
+    if (same(sought.vendor, Text(cd_device_get_vendor(device))) &&
+        same(sought.model, Text(cd_device_get_model(device))) &&
+        same(sought.serial, Text(cd_device_get_serial(device))))
+        return true;
+    return sought.builtIn && cd_device_get_embedded(device);
+}
+
+std::string Described(const SoughtDisplay& sought) {
+    return sought.connector.empty() ? std::string("the built-in panel") : sought.connector;
 }
 
 // The device's profiles, each held by us: the device drops its own list
@@ -138,16 +180,26 @@ Ref<CdProfile> RegisterFile(CdClient* client, const std::string& path, const std
 
 DisplayIdentity ResolveDevice(const DisplayChoice& choice) {
     if (!choice.device.empty()) return {{}, {}, {}, choice.device};
-    const std::vector<OutputEdid> outputs = ConnectedEdids();
-    std::vector<const OutputEdid*> chosen;
-    for (const auto& o : outputs)
-        if (choice.output.empty() ? IsBuiltInPanel(o.output) : o.output == choice.output) chosen.push_back(&o);
-    if (chosen.empty() && choice.output.empty() && outputs.size() == 1) chosen.push_back(&outputs.front());
-    if (chosen.empty())
-        throw ToolError(kExitUnavailable, (choice.output.empty() ? std::string("no display") : choice.output) +
-                                              ": no EDID found under /sys/class/drm; name the device with --device");
-    if (chosen.size() > 1) throw ToolError(kExitUsage, "several displays; choose one with --output or --device");
-    return IdentityFromEdid(*chosen.front());
+    const SoughtDisplay sought = Sought(choice);
+    Ref<CdClient> client = Connect();
+    Error error;
+    Array devices(cd_client_get_devices_by_kind_sync(client.get(), CD_DEVICE_KIND_DISPLAY, nullptr, error.out()));
+    if (!devices) error.Fail(kExitUnavailable, "colord did not list its displays");
+    std::vector<CdDevice*> found;
+    for (guint d = 0; d < devices->len; ++d) {
+        auto* device = static_cast<CdDevice*>(g_ptr_array_index(devices.get(), d));
+        if (cd_device_connect_sync(device, nullptr, nullptr) && IsDisplay(device, sought)) found.push_back(device);
+    }
+    if (found.empty())
+        throw ToolError(kExitUnavailable, "colord has no display device for " + Described(sought) +
+                                              "; name it with --device (colormgr get-devices lists them)");
+    if (found.size() > 1)
+        throw ToolError(kExitUsage, "several colord devices match " + Described(sought) + "; choose one with --device");
+    CdDevice* device = found.front();
+    const std::string md5 = Text(cd_device_get_metadata_item(device, CD_DEVICE_METADATA_OUTPUT_EDID_MD5));
+    return {sought.vendor.empty() ? Text(cd_device_get_vendor(device)) : sought.vendor,
+            sought.model.empty() ? Text(cd_device_get_model(device)) : sought.model,
+            sought.edidMd5.empty() ? md5 : sought.edidMd5, Text(cd_device_get_id(device))};
 }
 
 void InstallProfile(const std::string& deviceId, const ProfileFile& file) {

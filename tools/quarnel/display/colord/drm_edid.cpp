@@ -12,7 +12,6 @@ namespace {
 
 namespace fs = std::filesystem;
 constexpr const char* kDrmClass = "/sys/class/drm";
-constexpr const char* kBuiltInPrefixes[] = {"eDP", "LVDS", "DSI"};
 
 std::string ReadAll(const fs::path& path) {
     std::ifstream in(path, std::ios::binary);
@@ -38,11 +37,6 @@ std::vector<OutputEdid> ConnectedEdids() {
     }
     std::sort(found.begin(), found.end(), [](const auto& a, const auto& b) { return a.output < b.output; });
     return found;
-}
-
-bool IsBuiltInPanel(const std::string& output) {
-    return std::any_of(std::begin(kBuiltInPrefixes), std::end(kBuiltInPrefixes),
-                       [&](const char* prefix) { return output.rfind(prefix, 0) == 0; });
 }
 
 }  // namespace quarnel::tool::colord

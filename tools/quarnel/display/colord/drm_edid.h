@@ -15,7 +15,4 @@ struct OutputEdid {
 
 std::vector<OutputEdid> ConnectedEdids();
 
-// Whether the connector is a notebook's own panel (eDP, LVDS, DSI).
-bool IsBuiltInPanel(const std::string& output);
-
 }  // namespace quarnel::tool::colord
