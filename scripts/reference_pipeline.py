@@ -20,6 +20,8 @@ call's trace log dumps: the mode's LUT, the improved and brightness-controlled
 LUTs, the base and factory gamma LUTs and the result.
 
 Usage: reference_pipeline.py RECORD...   (exit status 1 on any difference)
+       reference_pipeline.py --shapes MESSAGES RECORD...   (the shared message
+       and trace shapes against the shapes the records name)
 """
 import array
 import copy
@@ -793,7 +795,37 @@ def check_panel(path):
     return matched, failures
 
 
+def read_shapes(path):
+    """The message and trace shapes that the records name, by name: "## name size", the text, a line end."""
+    data, shapes, at = open(path, 'rb').read(), {}, 0
+    while at < len(data):
+        end = data.index(b'\n', at)
+        name, size = data[at + 3:end].decode().split()
+        shapes[name] = data[end + 1:end + 1 + int(size)]
+        at = end + 1 + int(size) + 1
+    return shapes
+
+
+def check_shapes(path, records):
+    """Every shape is named after its text, and the records name exactly the shapes the file holds."""
+    shapes, named = read_shapes(path), set()
+    for record in records:
+        for line in open(record):
+            words = line.split()
+            if words[0] == 'type':
+                named |= {words[15], words[18]}
+    failures = [f'{name}: named after another text' for name, text in shapes.items() if fnv(text) != name]
+    failures += [f'{name}: named by a record, not in {path}' for name in sorted(named - shapes.keys())]
+    failures += [f'{name}: named by no record' for name in sorted(shapes.keys() - named)]
+    for failure in failures:
+        print(f'{path}: {failure}')
+    print(f'{path}: {len(shapes)} shapes, {len(named)} named by {len(records)} records')
+    return 1 if failures else 0
+
+
 def main(paths):
+    if paths[:1] == ['--shapes']:
+        return check_shapes(paths[1], paths[2:])
     total, failed = 0, False
     for path in paths:
         matched, failures = check_panel(path)

@@ -290,7 +290,7 @@ const Panel kPanels[] = {
 class EndToEnd : public testing::TestWithParam<Panel> {};
 
 // The shapes of a panel's messages and trace logs, each kept once for all panels. Regenerating adds the new ones;
-// to drop those no panel shows any more, delete the file and regenerate with every panel in one run.
+// to drop those no record names (the model's shape check lists them), delete the file and regenerate all panels.
 void ExpectShapes(const std::map<std::string, std::string>& shapes) {
     const std::filesystem::path file = std::filesystem::path(QUARNEL_TEST_DATA_DIR) / "e2e/messages.txt";
     const std::string text = std::filesystem::exists(file) ? test::ReadFile(file) : "";
