@@ -17,7 +17,10 @@ it for every lut api type 0 to 6. Each call's status, factory fields, gains,
 16-bit table, IGCL doubles and NVIDIA floats (by value, or by the digest of
 their bytes) are compared with the record, and so is every table that the
 call's trace log dumps: the mode's LUT, the improved and brightness-controlled
-LUTs, the base and factory gamma LUTs and the result.
+LUTs, the base and factory gamma LUTs and the result. The call's messages
+(tests/data/e2e/messages.txt with the record's numbers) must tell the
+smoothing searches, the fetched interpolation step and the initialisation
+result that the model went through.
 
 Usage: reference_pipeline.py RECORD...   (exit status 1 on any difference)
        reference_pipeline.py --shapes MESSAGES RECORD...   (the shared message
@@ -27,6 +30,8 @@ import array
 import copy
 import functools
 import math
+import os
+import re
 import struct
 import sys
 
@@ -319,8 +324,9 @@ def regamma_curve():
     return [plane] * 3
 
 
-def smooth(lut):
-    """Dark-end smoothing of the 8-bit LUT; None when a channel offers no smoothing point."""
+def smooth(lut, searches):
+    """Dark-end smoothing of the 8-bit LUT; None when a channel offers no smoothing point. Each channel's
+    search result (channel, level, scatter, difference, kind) is added to `searches`."""
     lut8 = [[v >> 8 for v in plane] for plane in lut]
     out = [plane[:] for plane in lut8]
     for c in range(3):
@@ -332,6 +338,7 @@ def smooth(lut):
                 scatter = 0 if diff == 0 else 20 if diff <= 8 else 30
                 break
             level -= 1
+        searches.append((c, level, scatter, diff, kind))
         if scatter == 0:
             return None
         if level < 30:
@@ -505,7 +512,7 @@ class Context:
         self.bios = [[0.0] * 3 for _ in range(4)]
         self.from_bios = self.bios_ver = self.gamma_k = 0
         self.gamma, self.out = IDENTITY, IDENTITY
-        self.igcl, self.nv = [0.0] * 768, None
+        self.igcl, self.nv, self.said = [0.0] * 768, None, {}
         self.gains = {name: [0.0] * 3 for name in ('Nor', 'W', 'C', 'RdS', 'RdW')}
         self.threshold = 0.4 if api_type in (0, 1, 4) else 0.5
 
@@ -605,9 +612,11 @@ class Context:
 
     def improve(self, lut):
         if self.bios_ver != 7:
-            return smooth(lut) or lut
+            return smooth(lut, self.said['searches']) or lut
         from_file = self.caller['enableUserK'] == 1 and self.caller['file']
-        return interpolate(lut, self.block[297] if from_file else 0)  # the test firmware answers 0
+        step = self.block[297] if from_file else 0  # the test firmware answers 0
+        self.said['steps'].append(step)
+        return interpolate(lut, step)
 
     def finish(self, lut):
         """Brightness and conversion: the status and the LUT as brightness left it."""
@@ -624,9 +633,10 @@ class Context:
     def cctapi(self, code, interval):
         """Runs one request; the status and the tables of its trace log in dump order."""
         regamma, gain_flag, request = code & 0x80, code & 0x40, code & ~0xC0
-        self.nv = ramp()
+        self.nv, self.said = ramp(), {'searches': [], 'steps': []}
         if request == 1:
             status = self.init(bool(regamma))
+            self.said['init'] = [status]
             if regamma:
                 self.out = compose(regamma_curve(), self.out)
             return status, self.dumped([])
@@ -656,6 +666,7 @@ class Context:
         return 0
 
     def vx(self, mode, interval, curve):
+        self.said = {'searches': [], 'steps': []}
         if mode not in (3, 26, 21, 22, 23, 24, 25):
             return -1, []
         before, tone = self.out, curve
@@ -699,7 +710,7 @@ def decode_reals(words, single):
 
 def read_record(path):
     """The block, the caller's inputs, every call with the fields and gains after it, and the named tables."""
-    rec = {'calls': [], 'tables': {}}
+    rec = {'calls': [], 'tables': {}, 'numbers': {}}
     state = {}
     for line in open(path):
         words = line.split()
@@ -713,7 +724,8 @@ def read_record(path):
             state = dict(state)
             rec['calls'].append({'type': int(words[1]), 'entry': words[2], 'code': int(words[3], 16),
                                  'interval': float(words[5]), 'status': int(words[7]), 'out': words[9],
-                                 'igcl': words[11], 'nv': words[13], 'trace': words[20:], 'state': state})
+                                 'igcl': words[11], 'nv': words[13], 'said': words[15:17], 'trace': words[20:],
+                                 'state': state})
         elif words[0] == 'fromBios':
             state.update({k: float(v) for k, v in zip(words[0::2], words[1::2])})
         elif words[0] in GAINS:
@@ -722,6 +734,8 @@ def read_record(path):
             rec['tables'][words[0]] = decode_runs(words[1:])
         elif words[0][0] in 'IN' and words[0][1:].isdigit():
             rec['tables'][words[0]] = decode_reals(words[1:], words[0][0] == 'N')
+        elif words[0][0] == 'V' and words[0][1:].isdigit():
+            rec['numbers'][words[0]] = words[1:]
     caller = rec['caller']
     caller['curve'] = [rec['tables'][caller['curve']][256 * c:256 * c + 256] for c in range(3)]
     for key in ('enableUserK', 'panelIndex', 'file'):
@@ -777,9 +791,34 @@ def differences(ctx, call, status, dumps, tables):
     return [d for d in found if d]
 
 
+SAID = {'searches': (re.compile(r'Channel RGB\[(-?\d+)\]:\nsmoothLv = (-?\d+)\nscatterLv = (-?\d+)\n'
+                                r'diff = (-?\d+)\nlut type: (-?\d+)\n'), 5),
+        'steps': (re.compile(r'; VOK: Get bios\[297\]: (-?\d+)\n'), 1),
+        'init': (re.compile(r'CCT_Init  result = (-?\d+)\n'), 1)}
+
+
+def said_differences(ctx, text):
+    """What the call's messages report of the smoothing searches, the fetched step and the initialisation,
+    against what the model did."""
+    found = []
+    for key, (pattern, width) in SAID.items():
+        told = [tuple(int(v) for v in m.groups()) for m in pattern.finditer(text)]
+        done = [v if isinstance(v, tuple) else (v,) for v in ctx.said.get(key, [])]
+        if told != [v[:width] for v in done]:
+            found.append(f'messages tell {key} {told}, reference {done}')
+    return found
+
+
+def said_text(rec, shapes, call):
+    """The call's messages: its shape with the record's numbers in place of the marks."""
+    numbers = iter(rec['numbers'][call['said'][1]])
+    return re.sub(r'\{\}', lambda _: next(numbers), shapes[call['said'][0]].decode('latin-1'))
+
+
 def check_panel(path):
     """Number of calls that match and the descriptions of those that differ."""
     rec = read_record(path)
+    shapes = read_shapes(os.path.join(os.path.dirname(path), os.pardir, 'messages.txt'))
     failures, matched, contexts = [], 0, {}
     for call in rec['calls']:
         api_type = call['type']
@@ -789,6 +828,7 @@ def check_panel(path):
         ctx = contexts[api_type] if initialising else contexts[api_type].copy()
         status, dumps = run(ctx, call, rec['caller']['curve'])
         found = differences(ctx, call, status, dumps if api_type == 0 else [], rec['tables'])
+        found += said_differences(ctx, said_text(rec, shapes, call))
         where = f'type {api_type} {call["entry"]} {call["code"]:#04x} at {call["interval"]:g}'
         failures += [f'{where}: {d}' for d in found]
         matched += not found

@@ -3,9 +3,9 @@
 // the ways of having none), then every request with and without its flags and every VX mode, for every lut api
 // type. One record per panel in tests/data/e2e/records: statuses, gains and every output array by value (the
 // NVIDIA floats as the digest of their bytes, which the reference model recomputes), and each call's messages
-// and trace log by value. A message text or a trace log is kept as its shape, every number masked, once for all
-// panels in tests/data/e2e/messages.txt; the record keeps its numbers and the tables that the trace log dumps,
-// and the trace log's float arrays are checked against the call's.
+// and trace log by value. A message text or a trace log is kept as its shape, every number masked as {}, once
+// for all panels in tests/data/e2e/messages.txt; the record keeps its numbers and the tables that the trace log
+// dumps, and the trace log's float arrays are checked against the call's.
 
 #include <gtest/gtest.h>
 
@@ -169,7 +169,7 @@ struct Recorder {
         auto at = said.cbegin();
         for (std::sregex_iterator m(said.begin(), said.end(), kWord), end; m != end; ++m) {
             if (std::isalpha(static_cast<unsigned char>(m->str()[0])) || m->str()[0] == '_') continue;
-            shape.append(at, (*m)[0].first) += '#';
+            shape.append(at, (*m)[0].first) += "{}";
             numbers += (numbers.empty() ? "" : " ") + m->str();
             at = (*m)[0].second;
         }
