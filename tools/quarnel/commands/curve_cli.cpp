@@ -86,8 +86,7 @@ CLI::Validator WholeNumberFrom(double low) {
 void AddCurveOptions(CLI::App& command, CurveCli& cli) {
     auto* calib = command.add_option("--calib", cli.calib, "Raw 512-byte calibration block to read")->type_name(kFile);
     cli.firmwareOption = command.add_option("--firmware", cli.firmware, "Read the firmware's block of panel 0 or 1")
-                             ->check(CLI::Range(0, 1).description(""))
-                             ->type_name(kWholeNumber);
+                             ->check(CLI::Range(0, 1));
     calib->excludes(cli.firmwareOption);
     command.add_flag("--sample", cli.sample, "Use the built-in sample panel (the default of modes, lut and plot)")
         ->excludes(calib)

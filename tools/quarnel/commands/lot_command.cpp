@@ -63,7 +63,9 @@ void AddBlockLotCommand(CLI::App& block) {
     lot->add_option("--damaged", cli->damaged, "Share of damaged blocks (flipped byte, truncated, bad magic)")
         ->capture_default_str()
         ->check(CLI::Range(0.0, 1.0));
-    lot->add_option("-o", cli->folder, "Folder to write panel-N.bin and manifest.csv into")->required();
+    lot->add_option("-o", cli->folder, "Folder to write panel-N.bin and manifest.csv into")
+        ->required()
+        ->type_name("FOLDER");
     lot->footer("Example:\n  quarnel block lot --count 1000 --seed 7 -o lot && quarnel qa lot --quiet");
     lot->callback([cli] { WriteLot(*cli); });
 }

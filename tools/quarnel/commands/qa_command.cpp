@@ -108,11 +108,13 @@ void Run(const QaCli& cli, const GlobalOptions& global) {
 void AddQaCommand(CLI::App& app, const GlobalOptions& global) {
     auto cli = std::make_shared<QaCli>();
     auto* qa = app.add_subcommand("qa", "Check every block of a production lot: verdicts, whites, gamuts, outliers");
-    qa->add_option("PATH", cli->paths, "Block files, or folders of them (every *.bin under it)")->required();
+    qa->add_option("PATH", cli->paths, "Block files, or folders of them (every *.bin under it)")
+        ->required()
+        ->type_name("FILE OR FOLDER");
     qa->add_flag("-q,--quiet", cli->quiet, "No line per block, only the closing summary");
-    qa->add_option("--csv", cli->csv, "Write one row per block to this CSV file");
-    qa->add_option("--json", cli->json, "Write every block's and mode's figures to this JSON file");
-    qa->add_option("--report", cli->report, "Write a self-contained HTML report to this file");
+    qa->add_option("--csv", cli->csv, "Write one row per block to this CSV file")->type_name("FILE");
+    qa->add_option("--json", cli->json, "Write every block's and mode's figures to this JSON file")->type_name("FILE");
+    qa->add_option("--report", cli->report, "Write a self-contained HTML report to this file")->type_name("FILE");
     qa->add_option("-j,--jobs", cli->jobs, "Worker processes (default: one per processor)")
         ->check(CLI::Range(1u, 256u));
     QaThresholds& t = cli->thresholds;

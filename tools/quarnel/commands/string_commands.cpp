@@ -59,10 +59,7 @@ void AddStringCommands(CLI::App& app, const GlobalOptions& global) {
     auto cli = std::make_shared<DecodeCli>();
     auto* decode = string->add_subcommand("decode", "Decode a string in hex into a LUT");
     decode->add_option("HEX", cli->hex, "The string, length byte first")->required();
-    decode->add_option("--method", cli->method, "0 Huffman, 1 position lists")
-        ->required()
-        ->check(CLI::Range(0, 1).description(""))
-        ->type_name("WHOLE NUMBER");
+    decode->add_option("--method", cli->method, "0 Huffman, 1 position lists")->required()->check(CLI::Range(0, 1));
     decode->add_option("-o", cli->output, "Output file (default: CSV to standard output)")->type_name("FILE");
     decode->add_option("--format", cli->format, "csv, json, cal, icc, png or svg (default: from the extension)");
     decode->footer("Example:\n  quarnel string decode 04000000 --method 1 -o identity.json");
