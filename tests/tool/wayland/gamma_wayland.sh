@@ -118,6 +118,8 @@ expect_unavailable "eDP-1.*refused" timeout 10 "$quarnel" apply "${mode[@]}"
 expect_unavailable "no connected output named DP-9" timeout 10 "$quarnel" apply "${mode[@]}" --output DP-9
 start 256 HDMI-A-1
 expect_unavailable "no built-in panel" timeout 10 "$quarnel" apply "${mode[@]}"
+start none eDP-1
+expect_unavailable "offers no gamma control.*DISPLAY is not set.*profile install" timeout 10 "$quarnel" apply "${mode[@]}"
 stop "$server"
 server=""
 expect_unavailable "cannot connect to Wayland compositor quarnel-test" timeout 10 "$quarnel" apply "${mode[@]}"

@@ -8,6 +8,7 @@
 //   gone OUTPUT                  (the client went away holding it)
 //   failed OUTPUT                (a control was refused)
 // Usage: test_compositor SOCKET GAMMA_SIZE LOG OUTPUT... ; runs until SIGTERM.
+// A GAMMA_SIZE of "none" offers no gamma control at all.
 // SOCKET is made in XDG_RUNTIME_DIR; "ready" on standard output says it listens.
 
 #include <unistd.h>
@@ -167,7 +168,8 @@ int main(int argc, char** argv) {
         outputs.push_back(std::make_unique<Output>(Output{argv[i]}));
         wl_global_create(display, &wl_output_interface, 4, outputs.back().get(), BindOutput);
     }
-    wl_global_create(display, &zwlr_gamma_control_manager_v1_interface, 1, nullptr, BindManager);
+    if (std::string(argv[2]) != "none")
+        wl_global_create(display, &zwlr_gamma_control_manager_v1_interface, 1, nullptr, BindManager);
     wl_event_loop* loop = wl_display_get_event_loop(display);
     wl_event_source* term = wl_event_loop_add_signal(loop, SIGTERM, Terminate, display);
     std::printf("ready\n");

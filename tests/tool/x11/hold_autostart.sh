@@ -37,6 +37,13 @@ expect_usage "$quarnel" autostart enable slider
 expect_usage env -u DISPLAY "$quarnel" apply slider
 [ ! -e "$XDG_CONFIG_HOME" ] || fail "enable without a panel wrote $(find "$XDG_CONFIG_HOME")"
 
+expect_usage_line() {
+  local status=0
+  "$@" 2>"$work/err" || status=$?
+  [ $status -eq 64 ] && [ "$(wc -l <"$work/err")" -eq 1 ] || fail "$* exits $status: $(cat "$work/err")"
+}
+expect_usage_line "$quarnel" autostart enable slider --sample --output "$(printf 'eDP-1\nExec=rm')"
+[ ! -e "$XDG_CONFIG_HOME" ] || fail "a refused enable wrote $(find "$XDG_CONFIG_HOME")"
 (cd "$panel" && "$quarnel" autostart enable slider --interval 0.7 --calib panel.bin --output DUMMY0 >/dev/null)
 desktop-file-validate "$entry" || fail "the autostart entry does not validate"
 systemd-analyze verify "$unit" 2>"$work/verify" || fail "the unit does not verify: $(cat "$work/verify")"

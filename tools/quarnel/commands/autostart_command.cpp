@@ -65,13 +65,14 @@ void Enable(const CLI::App& command, const ApplyCli& cli, const GlobalOptions& g
     RequirePanelSource(cli.curve);
     ComputeCurveOrFail(cli.mode, cli.curve, global);
     const std::vector<std::string> line = LoginCommand(command, cli);
+    const std::string entry = DesktopEntry(line), unit = SystemdUnit(line);
     const LoginFiles files = FindLoginFiles();
     std::error_code error;
     for (const fs::path& folder : {files.entry.parent_path(), files.wants.parent_path()})
         if (fs::create_directories(folder, error); error)
             throw ToolError(kExitCantCreate, folder.string() + ": cannot create the folder");
-    WriteFileAtomically(files.entry.string(), DesktopEntry(line));
-    WriteFileAtomically(files.unit.string(), SystemdUnit(line));
+    WriteFileAtomically(files.entry.string(), entry);
+    WriteFileAtomically(files.unit.string(), unit);
     fs::remove(files.wants, error);
     fs::create_symlink(fs::path("..") / kLoginUnitName, files.wants, error);
     if (error) throw ToolError(kExitCantCreate, files.wants.string() + ": cannot link the unit to its target");

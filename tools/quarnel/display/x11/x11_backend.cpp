@@ -225,7 +225,14 @@ std::unique_ptr<GammaBackend> OpenX11(const std::string& name, std::string& why)
     if (!XRRQueryExtension(display.get(), &event, &error) || !XRRQueryVersion(display.get(), &major, &minor) ||
         std::pair(major, minor) < std::pair(kRandrMajor, kRandrMinor))
         throw ToolError(kExitUnavailable, "X display " + label + " offers no RandR 1.2 gamma ramps");
-    return std::make_unique<X11Backend>(std::move(display), label);
+    auto backend = std::make_unique<X11Backend>(std::move(display), label);
+    // A Wayland compositor's X server for X clients takes ramps without showing them.
+    const std::vector<std::string> outputs = backend->Outputs();
+    if (!outputs.empty() &&
+        std::ranges::all_of(outputs, [](const std::string& o) { return o.starts_with("XWAYLAND"); }))
+        throw ToolError(kExitUnavailable, "X display " + label + " is Xwayland, whose ramps do not reach the screen" +
+                                              "; on GNOME or KDE use `quarnel profile install`");
+    return backend;
 }
 
 }  // namespace quarnel::tool::display
