@@ -19,8 +19,9 @@ their bytes) are compared with the record, and so is every table that the
 call's trace log dumps: the mode's LUT, the improved and brightness-controlled
 LUTs, the base and factory gamma LUTs and the result. The call's messages
 (tests/data/e2e/messages.txt with the record's numbers) must tell the
-smoothing searches, the fetched interpolation step and the initialisation
-result that the model went through.
+smoothing searches, the fetched interpolation step, the brightness settings,
+the reading mix's largest gain and the initialisation result that the model
+went through.
 
 Usage: reference_pipeline.py RECORD...   (exit status 1 on any difference)
        reference_pipeline.py --shapes MESSAGES RECORD...   (the shared message
@@ -607,7 +608,10 @@ class Context:
             return vivid(g['Nor'], base)
         if request == 7:
             t = self.caller['rdIndex']
-            return blend(t if 0 <= t <= self.caller['rdLevels'] - 1 else 0.0, g['RdW'], g['RdS'], base)
+            t = t if 0 <= t <= self.caller['rdLevels'] - 1 else 0.0
+            mixed = [(1 - t) * g['RdW'][c] + t * g['RdS'][c] for c in range(3)]
+            self.said['multi'] = [f'{max(g["RdW"] if t == 0 else g["RdS"] if t == 1 else mixed):f}']
+            return blend(t, g['RdW'], g['RdS'], base)
         return blend(0.0, g['RdS' if request == 5 else 'RdW'], None, base)
 
     def improve(self, lut):
@@ -621,6 +625,8 @@ class Context:
     def finish(self, lut):
         """Brightness and conversion: the status and the LUT as brightness left it."""
         lut = bright(lut, self.type, self.caller['scale'])
+        th = 0.8 if self.type == 3 else 0.1
+        self.said['bright'] = [(f'{self.caller["scale"]:f}', f'{th:f}', half_up(th * 255.0))]
         self.out = lut
         if self.type == 1:
             self.out = [[min(max(math.trunc(v + 0.5), 0), 65535) for v in plane] for plane in srgb_resample(lut)]
@@ -791,20 +797,21 @@ def differences(ctx, call, status, dumps, tables):
     return [d for d in found if d]
 
 
-SAID = {'searches': (re.compile(r'Channel RGB\[(-?\d+)\]:\nsmoothLv = (-?\d+)\nscatterLv = (-?\d+)\n'
-                                r'diff = (-?\d+)\nlut type: (-?\d+)\n'), 5),
-        'steps': (re.compile(r'; VOK: Get bios\[297\]: (-?\d+)\n'), 1),
-        'init': (re.compile(r'CCT_Init  result = (-?\d+)\n'), 1)}
+SAID = {'searches': re.compile(r'Channel RGB\[(\S+)\]:\nsmoothLv = (\S+)\nscatterLv = (\S+)\ndiff = (\S+)\n'
+                               r'lut type: (\S+)\n'),
+        'steps': re.compile(r'; VOK: Get bios\[297\]: (\S+)\n'),
+        'init': re.compile(r'CCT_Init  result = (\S+)\n'),
+        'bright': re.compile(r'scale: (\S+), Scale TH: (\S+), nIndex: (\S+)\n'),
+        'multi': re.compile(r'GetReadingModeMultiLUT  outGain = (\S+)\n')}
 
 
 def said_differences(ctx, text):
-    """What the call's messages report of the smoothing searches, the fetched step and the initialisation,
-    against what the model did."""
+    """What the call's messages report of the steps below, against what the model did."""
     found = []
-    for key, (pattern, width) in SAID.items():
-        told = [tuple(int(v) for v in m.groups()) for m in pattern.finditer(text)]
-        done = [v if isinstance(v, tuple) else (v,) for v in ctx.said.get(key, [])]
-        if told != [v[:width] for v in done]:
+    for key, pattern in SAID.items():
+        told = [m.groups() for m in pattern.finditer(text)]
+        done = [tuple(str(v) for v in (step if isinstance(step, tuple) else (step,))) for step in ctx.said.get(key, [])]
+        if told != done:
             found.append(f'messages tell {key} {told}, reference {done}')
     return found
 
