@@ -75,25 +75,27 @@ void WriteOutputs(const QaCli& cli, const std::vector<std::string>& files, const
 void Run(const QaCli& cli, const GlobalOptions& global) {
     const std::vector<std::string> files = BlockFiles(cli.paths);
     if (files.empty()) throw ToolError(kExitNoInput, "no calibration blocks (*.bin) to check");
-    std::vector<QaResult> results(files.size());
+    // Filled as the results arrive, in order, so that the workers (forked
+    // first) share none of it.
+    std::vector<QaResult> results;
+    results.reserve(files.size());
     QaLot lot(cli.thresholds);
     {
         ProgressBar bar("qa", files.size());
-        const auto keep = [&](size_t item) {
-            lot.Add(results[item]);
-            bar.Show(item + 1);
+        const auto keep = [&](QaResult result) {
+            lot.Add(result);
+            results.push_back(std::move(result));
+            bar.Show(results.size());
         };
         WorkerPool pool;
         pool.workers = cli.jobs > 0 ? cli.jobs : AvailableProcessors();
         pool.work = [&](size_t item) { return PackResult(CheckBlock(files[item], global.verbose)); };
-        pool.collect = [&](size_t item, std::string_view bytes) {
-            if (!UnpackResult(bytes, results[item])) results[item].verdict = "the check's answer was cut short";
-            keep(item);
+        pool.collect = [&](size_t, std::string_view bytes) {
+            QaResult result;
+            if (!UnpackResult(bytes, result)) result = {{}, "the check's answer was cut short"};
+            keep(std::move(result));
         };
-        pool.lost = [&](size_t item, const std::string& why) {
-            results[item].verdict = why;
-            keep(item);
-        };
+        pool.lost = [&](size_t, const std::string& why) { keep({{}, why}); };
         RunWorkerPool(pool, files.size());
     }
     lot.Finish();
