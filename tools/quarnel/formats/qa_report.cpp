@@ -173,8 +173,11 @@ std::string Histogram(const std::vector<double>& values, const std::string& titl
         if (std::isfinite(v)) lo = std::min(lo, v), hi = std::max(hi, v);
     if (!(hi > lo)) hi = lo + 1e-6;
     std::vector<size_t> counts(kBins);
-    for (double v : values)
-        if (std::isfinite(v)) ++counts[std::min<size_t>(kBins - 1, static_cast<size_t>((v - lo) / (hi - lo) * kBins))];
+    for (double v : values) {
+        // A spread too wide for a double leaves the place NaN: the first bin.
+        const double place = (v - lo) / (hi - lo) * kBins;
+        if (std::isfinite(v)) ++counts[place >= kBins - 1 ? kBins - 1 : place > 0 ? static_cast<size_t>(place) : 0];
+    }
     const double top = static_cast<double>(std::max<size_t>(1, *std::max_element(counts.begin(), counts.end())));
     const Plot plot{lo, hi, 0, top, 300, 160};
     std::string svg = plot.Open(title) + plot.Axes(4, 0);

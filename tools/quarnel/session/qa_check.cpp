@@ -23,7 +23,7 @@ constexpr double kSolverGamma = 2.2;
 
 Xy Chroma(const Xyz& xyz) {
     const auto xy = ToChromaticity(xyz);
-    return xy ? Xy{xy->x, xy->y} : Xy{kNotMeasured, kNotMeasured};
+    return xy ? Xy{xy->x, xy->y} : kNoChromaticity;
 }
 
 // The white that a stored gain triple stands for: each primary at the

@@ -18,16 +18,17 @@ namespace quarnel::tool {
 inline constexpr size_t kQaModeCount = std::size(kPanelModes);
 inline constexpr std::string_view kVerdictOk = "ok";
 inline constexpr double kNotMeasured = std::numeric_limits<double>::quiet_NaN();
+inline constexpr Xy kNoChromaticity{kNotMeasured, kNotMeasured};
 
 struct QaMode {
     int32_t status = 0;
     bool measured = false;  // the request succeeded and its curve gives a white
-    Xy white;
+    Xy white = kNoChromaticity;
     int32_t cct = 0;
     double luminance = kNotMeasured;       // Y of the white, in the block's unit
     double luminanceShare = kNotMeasured;  // of the native white's
     bool hasAim = false;                   // native aims at nothing
-    Xy aim;
+    Xy aim = kNoChromaticity;
     double duv = kNotMeasured;  // of the white from the aim
 };
 
@@ -38,7 +39,7 @@ struct QaMeasures {
     bool measured = false;   // the block was read and its primaries make a panel
     Xy white;                // native, from the white row
     double whiteY = kNotMeasured;
-    Triangle primaries{};
+    Triangle primaries{kNoChromaticity, kNoChromaticity, kNoChromaticity};
     double srgbCoverage = kNotMeasured, p3Coverage = kNotMeasured;
     std::array<double, 3> gamma{kNotMeasured, kNotMeasured, kNotMeasured};  // versions 5 on
     bool modesRun = false;
