@@ -15,14 +15,14 @@ bool Below(double value, double floor) { return !(value >= floor); }  // a missi
 
 const std::vector<QaMetric>& QaMetrics() {
     static const std::vector<QaMetric> metrics{
-        {"native_x", [](const QaMeasures& m) { return m.white.x; }, true},
-        {"native_y", [](const QaMeasures& m) { return m.white.y; }, true},
-        {"native_luminance", [](const QaMeasures& m) { return m.whiteY; }, true},
-        {"srgb_coverage", [](const QaMeasures& m) { return m.srgbCoverage; }, true},
-        {"p3_coverage", [](const QaMeasures& m) { return m.p3Coverage; }, true},
-        {"gamma_red", [](const QaMeasures& m) { return m.gamma[0]; }, true},
-        {"gamma_green", [](const QaMeasures& m) { return m.gamma[1]; }, true},
-        {"gamma_blue", [](const QaMeasures& m) { return m.gamma[2]; }, true},
+        {"native_x", [](const QaMeasures& m) { return m.native.white.x; }, true},
+        {"native_y", [](const QaMeasures& m) { return m.native.white.y; }, true},
+        {"native_luminance", [](const QaMeasures& m) { return m.native.whiteY; }, true},
+        {"srgb_coverage", [](const QaMeasures& m) { return m.native.srgbCoverage; }, true},
+        {"p3_coverage", [](const QaMeasures& m) { return m.native.p3Coverage; }, true},
+        {"gamma_red", [](const QaMeasures& m) { return m.native.gamma[0]; }, true},
+        {"gamma_green", [](const QaMeasures& m) { return m.native.gamma[1]; }, true},
+        {"gamma_blue", [](const QaMeasures& m) { return m.native.gamma[2]; }, true},
         {"normal_x", [](const QaMeasures& m) { return Normal(m).white.x; }, false},
         {"normal_y", [](const QaMeasures& m) { return Normal(m).white.y; }, false},
         {"normal_duv", [](const QaMeasures& m) { return Normal(m).duv; }, false},
@@ -36,12 +36,12 @@ std::vector<std::string> ThresholdMisses(const QaResult& result, const QaThresho
     if (result.verdict != kVerdictOk) return misses;
     const QaMeasures& m = result.measures;
     if (!(Normal(m).duv <= t.maxDuv)) misses.emplace_back("normal_duv");
-    if (Below(m.srgbCoverage, t.minSrgb)) misses.emplace_back("srgb_coverage");
-    if (Below(m.p3Coverage, t.minP3)) misses.emplace_back("p3_coverage");
+    if (Below(m.native.srgbCoverage, t.minSrgb)) misses.emplace_back("srgb_coverage");
+    if (Below(m.native.p3Coverage, t.minP3)) misses.emplace_back("p3_coverage");
     if (Below(Normal(m).luminanceShare, t.minLuminanceShare)) misses.emplace_back("normal_luminance_share");
     constexpr const char* kGammaNames[3] = {"gamma_red", "gamma_green", "gamma_blue"};
     for (size_t c = 0; c < 3; ++c)  // blocks before version 5 carry no tone readings
-        if (std::isfinite(m.gamma[c]) && (m.gamma[c] < t.minGamma || m.gamma[c] > t.maxGamma))
+        if (std::isfinite(m.native.gamma[c]) && (m.native.gamma[c] < t.minGamma || m.native.gamma[c] > t.maxGamma))
             misses.emplace_back(kGammaNames[c]);
     return misses;
 }

@@ -59,10 +59,10 @@ std::string QaLine(const std::string& file, const QaResult& result, const QaLot&
         const std::string s = QaNumber(v, digits);
         return s.empty() ? std::string("-") : s;
     };
-    line += "  native " + n(m.white.x, 4) + ' ' + n(m.white.y, 4) + ' ' + n(m.whiteY, 1);
+    line += "  native " + n(m.native.white.x, 4) + ' ' + n(m.native.white.y, 4) + ' ' + n(m.native.whiteY, 1);
     line += "  normal " + n(normal.white.x, 4) + ' ' + n(normal.white.y, 4) + " duv " + n(normal.duv, 4);
-    line += "  srgb " + n(m.srgbCoverage, 3) + " p3 " + n(m.p3Coverage, 3);
-    line += "  gamma " + n(m.gamma[0], 2) + ' ' + n(m.gamma[1], 2) + ' ' + n(m.gamma[2], 2);
+    line += "  srgb " + n(m.native.srgbCoverage, 3) + " p3 " + n(m.native.p3Coverage, 3);
+    line += "  gamma " + n(m.native.gamma[0], 2) + ' ' + n(m.native.gamma[1], 2) + ' ' + n(m.native.gamma[2], 2);
     const auto flags = lot.Flags(result);
     if (!flags.empty()) line += "  flags " + Joined(flags, " ");
     return line + '\n';
@@ -115,19 +115,19 @@ std::string QaCsvRow(const std::string& file, const QaResult& result, const QaLo
                                QaNumber(normal.white.x, kChromaDigits),
                                QaNumber(normal.white.y, kChromaDigits),
                                QaNumber(normal.duv, kChromaDigits),
-                               QaNumber(m.srgbCoverage, kChromaDigits),
-                               QaNumber(m.p3Coverage, kChromaDigits),
+                               QaNumber(m.native.srgbCoverage, kChromaDigits),
+                               QaNumber(m.native.p3Coverage, kChromaDigits),
                                Joined(lot.Flags(result), " "),
                                m.version >= 0 ? std::to_string(m.version) : "",
                                m.version >= 0 ? std::to_string(m.initStatus) : "",
-                               QaNumber(m.white.x, kChromaDigits),
-                               QaNumber(m.white.y, kChromaDigits),
-                               QaNumber(m.whiteY, kLuminanceDigits)};
-    for (const Xy& p : m.primaries) {
+                               QaNumber(m.native.white.x, kChromaDigits),
+                               QaNumber(m.native.white.y, kChromaDigits),
+                               QaNumber(m.native.whiteY, kLuminanceDigits)};
+    for (const Xy& p : m.native.primaries) {
         f.push_back(m.measured ? QaNumber(p.x, kChromaDigits) : "");
         f.push_back(m.measured ? QaNumber(p.y, kChromaDigits) : "");
     }
-    for (double g : m.gamma) f.push_back(QaNumber(g, kShareDigits));
+    for (double g : m.native.gamma) f.push_back(QaNumber(g, kShareDigits));
     for (size_t i = 0; i < kQaModeCount; ++i) {
         const QaMode& mode = m.modes[i];
         const bool shown = mode.measured;
@@ -158,11 +158,12 @@ std::string QaJsonRow(const std::string& file, const QaResult& result, const QaL
     row["version"] = m.version >= 0 ? Json(m.version) : Json(nullptr);
     row["init_status"] = m.version >= 0 ? Json(m.initStatus) : Json(nullptr);
     if (m.measured) {
-        row["native"] = {{"white", {{"x", Value(m.white.x)}, {"y", Value(m.white.y)}, {"Y", Value(m.whiteY)}}}};
-        for (size_t c = 0; c < 3; ++c) row["native"]["primaries"][kChannels[c]] = XyJson(m.primaries[c]);
-        row["srgb_coverage"] = Value(m.srgbCoverage);
-        row["p3_coverage"] = Value(m.p3Coverage);
-        for (size_t c = 0; c < 3; ++c) row["gamma"][kChannels[c]] = Value(m.gamma[c]);
+        row["native"] = {
+            {"white", {{"x", Value(m.native.white.x)}, {"y", Value(m.native.white.y)}, {"Y", Value(m.native.whiteY)}}}};
+        for (size_t c = 0; c < 3; ++c) row["native"]["primaries"][kChannels[c]] = XyJson(m.native.primaries[c]);
+        row["srgb_coverage"] = Value(m.native.srgbCoverage);
+        row["p3_coverage"] = Value(m.native.p3Coverage);
+        for (size_t c = 0; c < 3; ++c) row["gamma"][kChannels[c]] = Value(m.native.gamma[c]);
     }
     row["modes"] = Json::array();
     for (size_t i = 0; m.modesRun && i < kQaModeCount; ++i) {

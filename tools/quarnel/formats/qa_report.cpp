@@ -113,12 +113,12 @@ Collected Collect(const std::vector<QaResult>& results) {
     for (const QaResult& r : results) {
         if (r.verdict != kVerdictOk) continue;
         const QaMeasures& m = r.measures;
-        c.native.push_back(m.white);
+        c.native.push_back(m.native.white);
         c.normal.push_back(m.modes[kNormalMode].white);
-        c.primaries.insert(c.primaries.end(), m.primaries.begin(), m.primaries.end());
+        c.primaries.insert(c.primaries.end(), m.native.primaries.begin(), m.native.primaries.end());
         c.duv.push_back(m.modes[kNormalMode].duv);
-        c.srgb.push_back(m.srgbCoverage);
-        c.p3.push_back(m.p3Coverage);
+        c.srgb.push_back(m.native.srgbCoverage);
+        c.p3.push_back(m.native.p3Coverage);
     }
     return c;
 }
@@ -203,11 +203,11 @@ std::string Row(size_t index, const std::string& file, const QaResult& r, const 
     const char* kind = !lot.Passed(r) ? " class=\"fail\"" : (lot.Outlier(r) ? " class=\"outlier\"" : "");
     std::string row = std::string("<tr") + kind + "><td>" + std::to_string(index + 1) + "</td>" + Cell(file) +
                       Cell(r.verdict) + Cell(joined);
-    for (double v : {m.white.x, m.white.y}) row += Cell(QaNumber(v, 4));
-    row += Cell(QaNumber(m.whiteY, 1));
+    for (double v : {m.native.white.x, m.native.white.y}) row += Cell(QaNumber(v, 4));
+    row += Cell(QaNumber(m.native.whiteY, 1));
     for (double v : {normal.white.x, normal.white.y, normal.duv}) row += Cell(QaNumber(v, 4));
-    for (double v : {m.srgbCoverage, m.p3Coverage}) row += Cell(QaNumber(v, 3));
-    for (double v : m.gamma) row += Cell(QaNumber(v, 2));
+    for (double v : {m.native.srgbCoverage, m.native.p3Coverage}) row += Cell(QaNumber(v, 3));
+    for (double v : m.native.gamma) row += Cell(QaNumber(v, 2));
     return row + "</tr>\n";
 }
 

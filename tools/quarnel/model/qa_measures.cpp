@@ -52,7 +52,26 @@ std::vector<Xy> Clip(std::vector<Xy> subject, const Triangle& clip) {
 // CIE 1976 v' stretches CIE 1960 v by half as much again.
 constexpr double kVPrimeOverV = 1.5;
 
+Xy Chroma(const Xyz& xyz) {
+    const auto xy = ToChromaticity(xyz);
+    return xy ? Xy{xy->x, xy->y} : kNoChromaticity;
+}
+
 }  // namespace
+
+NativeMeasures MeasureNative(const PanelMeasurements& measured) {
+    constexpr size_t kWhite = 3, kY = 1;
+    NativeMeasures m;
+    m.white = Chroma(measured.primaries[kWhite]);
+    m.whiteY = measured.primaries[kWhite][kY];
+    for (size_t c = 0; c < 3; ++c) {
+        m.primaries[c] = Chroma(measured.primaries[c]);
+        m.gamma[c] = NativeGamma(measured, c).value_or(kNotMeasured);
+    }
+    m.srgbCoverage = GamutCoverage(m.primaries, kSrgbPrimaries);
+    m.p3Coverage = GamutCoverage(m.primaries, kDciP3Primaries);
+    return m;
+}
 
 double GamutCoverage(const Triangle& panel, const Triangle& reference) {
     const Triangle ref = CounterClockwise(reference), own = CounterClockwise(panel);

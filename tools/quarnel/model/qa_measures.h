@@ -5,6 +5,7 @@
 // and each channel's native gamma from the tone readings.
 
 #include <array>
+#include <limits>
 #include <optional>
 
 #include "model/cie1931.h"
@@ -20,6 +21,19 @@ constexpr Triangle kDciP3Primaries{{{0.680, 0.320}, {0.265, 0.690}, {0.150, 0.06
 // The area of the panel's xy triangle that lies inside the reference's, over
 // the reference's area: 1 for a panel whose gamut holds the reference.
 double GamutCoverage(const Triangle& panel, const Triangle& reference);
+
+inline constexpr double kNotMeasured = std::numeric_limits<double>::quiet_NaN();
+inline constexpr Xy kNoChromaticity{kNotMeasured, kNotMeasured};
+
+// What the block's own measurements say of the panel; NaN where they say nothing.
+struct NativeMeasures {
+    Xy white = kNoChromaticity;  // from the white row
+    double whiteY = kNotMeasured;
+    Triangle primaries{kNoChromaticity, kNoChromaticity, kNoChromaticity};
+    double srgbCoverage = kNotMeasured, p3Coverage = kNotMeasured;
+    std::array<double, 3> gamma{kNotMeasured, kNotMeasured, kNotMeasured};  // with tone readings
+};
+NativeMeasures MeasureNative(const PanelMeasurements& measured);
 
 // Euclidean distance in the CIE 1976 u'v' diagram, where equal distances
 // look about equally different.

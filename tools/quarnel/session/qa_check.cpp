@@ -59,18 +59,6 @@ bool ModeAim(Mode mode, const CctContext& ctx, const PanelMeasurements& measured
     }
 }
 
-void MeasureNative(const PanelMeasurements& measured, QaMeasures& m) {
-    m.white = Chroma(measured.primaries[3]);
-    m.whiteY = measured.primaries[3][1];
-    for (size_t c = 0; c < 3; ++c) {
-        m.primaries[c] = Chroma(measured.primaries[c]);
-        m.gamma[c] = NativeGamma(measured, c).value_or(kNotMeasured);
-    }
-    m.srgbCoverage = GamutCoverage(m.primaries, kSrgbPrimaries);
-    m.p3Coverage = GamutCoverage(m.primaries, kDciP3Primaries);
-    m.measured = true;
-}
-
 void RunModes(LibrarySession& session, const PanelMeasurements& measured, QaMeasures& m) {
     const PanelModel panel = FromMeasurements(measured);
     const CurveOptions defaults;
@@ -87,7 +75,7 @@ void RunModes(LibrarySession& session, const PanelMeasurements& measured, QaMeas
         row.white = {xy->x, xy->y};
         row.cct = Cct(*xy);
         row.luminance = white[1];
-        row.luminanceShare = white[1] / m.whiteY;
+        row.luminanceShare = white[1] / m.native.whiteY;
         row.hasAim = ModeAim(mode, session.context(), measured, row.aim);
         if (row.hasAim) row.duv = DeltaUv(row.white, row.aim);
     }
@@ -117,7 +105,10 @@ QaResult CheckBlock(const std::string& path, bool verbose) {
     m.version = decoded.description.version;
     const auto problem = FindBlockProblem(decoded);
     const PanelMeasurements measured = MeasurementsFromBlock(decoded.description);
-    if (decoded.magicOk) MeasureNative(measured, m);
+    if (decoded.magicOk) {
+        m.native = MeasureNative(measured);
+        m.measured = true;
+    }
     try {
         CurveOptions options;
         options.calibFile = path;

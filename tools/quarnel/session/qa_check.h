@@ -6,7 +6,6 @@
 #include <array>
 #include <cmath>
 #include <cstdint>
-#include <limits>
 #include <string>
 #include <string_view>
 
@@ -17,8 +16,6 @@ namespace quarnel::tool {
 
 inline constexpr size_t kQaModeCount = std::size(kPanelModes);
 inline constexpr std::string_view kVerdictOk = "ok";
-inline constexpr double kNotMeasured = std::numeric_limits<double>::quiet_NaN();
-inline constexpr Xy kNoChromaticity{kNotMeasured, kNotMeasured};
 
 struct QaMode {
     int32_t status = 0;
@@ -36,12 +33,8 @@ struct QaMode {
 struct QaMeasures {
     int32_t version = -1;    // the block's version byte; -1 when it was not read
     int32_t initStatus = 0;  // request 1
-    bool measured = false;   // the block was read and its primaries make a panel
-    Xy white;                // native, from the white row
-    double whiteY = kNotMeasured;
-    Triangle primaries{kNoChromaticity, kNoChromaticity, kNoChromaticity};
-    double srgbCoverage = kNotMeasured, p3Coverage = kNotMeasured;
-    std::array<double, 3> gamma{kNotMeasured, kNotMeasured, kNotMeasured};  // versions 5 on
+    bool measured = false;   // the block was read: `native` holds what it says
+    NativeMeasures native;
     bool modesRun = false;
     std::array<QaMode, kQaModeCount> modes{};
 };
