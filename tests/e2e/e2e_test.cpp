@@ -197,7 +197,8 @@ struct Recorder {
                 for (std::size_t i = 0; i < 768; ++i) lut[i % 3 * 256 + i / 3] = static_cast<uint16_t>(dump[i]);
                 luts += " " + values.Lut(lut.data(), 768);
             }
-            const float* nv = title.find("Pre") != std::string::npos ? &ctx.outNvPreGamma[0][0] : &ctx.outNvPostGamma[0][0];
+            const float* nv =
+                title.find("Pre") != std::string::npos ? &ctx.outNvPreGamma[0][0] : &ctx.outNvPostGamma[0][0];
             for (std::size_t i = 0; i < dump.size() && (igcl || nvidia); ++i)
                 if (std::abs(dump[i] - (igcl ? ctx.outIgcl[i % 3][i / 3] : nv[i])) > 5.1e-7) {  // six decimals
                     ADD_FAILURE() << p.name << ": " << title << " entry " << i << " shows " << dump[i];
@@ -308,7 +309,8 @@ void ExpectShapes(const std::map<std::string, std::string>& shapes) {
     }
     kept.insert(shapes.begin(), shapes.end());
     std::string out;
-    for (const auto& [name, shape] : kept) out += "## " + name + " " + std::to_string(shape.size()) + "\n" + shape + "\n";
+    for (const auto& [name, shape] : kept)
+        out += "## " + name + " " + std::to_string(shape.size()) + "\n" + shape + "\n";
     test::WriteFile(file, out);
 }
 

@@ -21,6 +21,7 @@ public:
     std::string Lut(const uint16_t* values, std::size_t count);
     std::string Doubles(char kind, const double* values, std::size_t count);
     std::string Name(char kind, const std::string& encoded);  // any other kind of value list, as it stands
+
     std::string Lines() const;  // "L0 ..." lines in name order
 
 private:
