@@ -150,6 +150,12 @@ TEST_F(QaTest, ACleanLotPassesAndAFailingThresholdFailsIt) {
     ASSERT_EQ(Run("qa lot --quiet --csv one.csv --jobs 1").code, 0);
     ASSERT_EQ(Run("qa lot --quiet --csv three.csv --jobs 3").code, 0);
     EXPECT_EQ(ReadFile(dir / "one.csv"), ReadFile(dir / "three.csv"));
+    // A terminal sees the progress, to the last block, and then the bar erased.
+    const Result terminal =
+        Run("--version >/dev/null && script -qec \"'" QUARNEL_TOOL "' qa lot -q >/dev/null\" /dev/null");
+    ASSERT_EQ(terminal.code, 0) << terminal.err;
+    EXPECT_NE(terminal.out.find("] 40/40"), std::string::npos) << terminal.out;
+    EXPECT_TRUE(terminal.out.ends_with("\r\033[K")) << terminal.out;
     // No panel of the lot covers the whole of DCI-P3.
     const Result strict = Run("qa lot --quiet --min-p3 0.99");
     EXPECT_EQ(strict.code, 1);
