@@ -16,30 +16,32 @@
 
 namespace quarnel::convert {
 
+// A level written as its two 16-byte halves.
+QUARNEL_KERNEL void StoreLevel(const Half& low, const Half& high, Level& level) {
+    std::memcpy(&level, &low, sizeof low);
+    std::memcpy(reinterpret_cast<unsigned char*>(&level) + sizeof low, &high, sizeof high);
+}
+
 // The planes as levels of unscaled doubles, with a zero level above the top
 // for the re-sampling to read at the top. The entries are converted plane by
-// plane, where the loop vectorises, and then transposed four levels at a
-// time: the red, green and blue entries of levels i to i + 3, a vector each,
-// become the four levels.
+// plane, where the loop vectorises, and then transposed two levels at a
+// time in 16-byte halves: the red, green and blue entries of levels i and
+// i + 1 become (r g) and (b 0) of each. Halves, because every form has
+// 16-byte shuffles, while a 32-byte shuffle in the baseline form goes
+// through memory, one double at a time.
 QUARNEL_KERNEL void ToLevels(const uint16_t* in, Level* levels) {
     double entries[kLutEntries];
     for (std::size_t k = 0; k < kLutEntries; ++k) entries[k] = in[k];
-    const Level zero{};
-    for (std::size_t i = 0; i < kLutLevels; i += kLanes) {
-        Level r, g, b;
+    const Half zero{};
+    for (std::size_t i = 0; i < kLutLevels; i += 2) {
+        Half r, g, b;
         std::memcpy(&r, entries + i, sizeof r);
         std::memcpy(&g, entries + kLutLevels + i, sizeof g);
         std::memcpy(&b, entries + 2 * kLutLevels + i, sizeof b);
-        const Level evenRg = __builtin_shufflevector(r, g, 0, 4, 2, 6);  // r0 g0 r2 g2
-        const Level oddRg = __builtin_shufflevector(r, g, 1, 5, 3, 7);   // r1 g1 r3 g3
-        const Level evenB = __builtin_shufflevector(b, zero, 0, 4, 2, 6);
-        const Level oddB = __builtin_shufflevector(b, zero, 1, 5, 3, 7);
-        levels[i] = __builtin_shufflevector(evenRg, evenB, 0, 1, 4, 5);
-        levels[i + 1] = __builtin_shufflevector(oddRg, oddB, 0, 1, 4, 5);
-        levels[i + 2] = __builtin_shufflevector(evenRg, evenB, 2, 3, 6, 7);
-        levels[i + 3] = __builtin_shufflevector(oddRg, oddB, 2, 3, 6, 7);
+        StoreLevel(__builtin_shufflevector(r, g, 0, 2), __builtin_shufflevector(b, zero, 0, 2), levels[i]);
+        StoreLevel(__builtin_shufflevector(r, g, 1, 3), __builtin_shufflevector(b, zero, 1, 3), levels[i + 1]);
     }
-    levels[kLutLevels] = zero;
+    levels[kLutLevels] = Level{};
 }
 
 // Level i re-sampled through the sRGB encoding: a + (b - a) x f, b the level
