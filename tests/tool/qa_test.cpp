@@ -165,6 +165,10 @@ TEST_F(QaTest, ACleanLotPassesAndAFailingThresholdFailsIt) {
     EXPECT_EQ(Run("qa").code, 64);
     EXPECT_EQ(Run("qa lot --outlier 0").code, 64);
     EXPECT_EQ(Run("qa no-such-lot").code, 66);
+    // An output that cannot be created is refused before the lot is checked.
+    const Result unwritable = Run("qa lot --report no-such-folder/report.html");
+    EXPECT_EQ(unwritable.code, 73);
+    EXPECT_EQ(unwritable.out, "");
 }
 
 TEST_F(QaTest, ModeWhitesAreThoseOfQuarnelModes) {

@@ -52,29 +52,41 @@ std::vector<std::string> BlockFiles(const std::vector<std::string>& paths) {
     return files;
 }
 
-void WriteOutputs(const QaCli& cli, const std::vector<std::string>& files, const std::vector<QaResult>& results,
-                  const QaLot& lot) {
+// Opened before any block is checked, so that an output that cannot be
+// created fails the run at once rather than after the whole lot.
+struct QaOutputs {
+    std::unique_ptr<OutputStream> csv, json, report;
+    explicit QaOutputs(const QaCli& cli) {
+        const auto open = [](const std::string& path) {
+            return path.empty() ? nullptr : std::make_unique<OutputStream>(path);
+        };
+        csv = open(cli.csv), json = open(cli.json), report = open(cli.report);
+    }
+};
+
+void WriteOutputs(const QaCli& cli, QaOutputs& out, const std::vector<std::string>& files,
+                  const std::vector<QaResult>& results, const QaLot& lot) {
     std::vector<std::string> outliers;
     for (size_t i = 0; i < files.size(); ++i)
         if (lot.Outlier(results[i])) outliers.push_back(files[i]);
-    std::unique_ptr<OutputStream> csv, json;
-    if (!cli.csv.empty()) (csv = std::make_unique<OutputStream>(cli.csv))->operator<<(QaCsvHeader());
-    if (!cli.json.empty()) (json = std::make_unique<OutputStream>(cli.json))->operator<<(QaJsonHead(lot));
+    if (out.csv) *out.csv << QaCsvHeader();
+    if (out.json) *out.json << QaJsonHead(lot);
     for (size_t i = 0; i < files.size(); ++i) {
         if (!cli.quiet) std::cout << QaLine(files[i], results[i], lot);
-        if (csv) *csv << QaCsvRow(files[i], results[i], lot);
-        if (json) *json << (i == 0 ? "" : ",\n") << QaJsonRow(files[i], results[i], lot);
+        if (out.csv) *out.csv << QaCsvRow(files[i], results[i], lot);
+        if (out.json) *out.json << (i == 0 ? "" : ",\n") << QaJsonRow(files[i], results[i], lot);
     }
     std::cout << QaSummary(lot, outliers);
-    if (json) *json << QaJsonTail(lot);
-    if (!cli.report.empty()) WriteQaReport(cli.report, files, results, lot);
-    if (csv) csv->Commit();
-    if (json) json->Commit();
+    if (out.json) *out.json << QaJsonTail(lot);
+    if (out.report) WriteQaReport(*out.report, files, results, lot);
+    for (auto* stream : {out.csv.get(), out.json.get(), out.report.get()})
+        if (stream) stream->Commit();
 }
 
 void Run(const QaCli& cli, const GlobalOptions& global) {
     const std::vector<std::string> files = BlockFiles(cli.paths);
     if (files.empty()) throw ToolError(kExitNoInput, "no calibration blocks (*.bin) to check");
+    QaOutputs outputs(cli);
     // Filled as the results arrive, in order, so that the workers (forked
     // first) share none of it.
     std::vector<QaResult> results;
@@ -99,7 +111,7 @@ void Run(const QaCli& cli, const GlobalOptions& global) {
         RunWorkerPool(pool, files.size());
     }
     lot.Finish();
-    WriteOutputs(cli, files, results, lot);
+    WriteOutputs(cli, outputs, files, results, lot);
     if (lot.passed() != files.size())
         throw ToolError(kExitChecksFailed, std::to_string(files.size() - lot.passed()) + " of " +
                                                std::to_string(files.size()) + " blocks are not ok or miss a threshold");

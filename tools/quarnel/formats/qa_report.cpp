@@ -213,9 +213,8 @@ std::string Row(size_t index, const std::string& file, const QaResult& r, const 
 
 }  // namespace
 
-void WriteQaReport(const std::string& path, const std::vector<std::string>& files, const std::vector<QaResult>& results,
+void WriteQaReport(OutputStream& out, const std::vector<std::string>& files, const std::vector<QaResult>& results,
                    const QaLot& lot) {
-    OutputStream out(path);
     const Collected c = Collect(results);
     std::vector<std::string> outliers;
     for (size_t i = 0; i < files.size(); ++i)
@@ -238,7 +237,6 @@ void WriteQaReport(const std::string& path, const std::vector<std::string>& file
         for (size_t i = 0; i < files.size(); ++i)
             if ((!lot.Passed(results[i]) || lot.Outlier(results[i])) == first) out << Row(i, files[i], results[i], lot);
     out << "</tbody></table>\n</body></html>\n";
-    out.Commit();
 }
 
 }  // namespace quarnel::tool

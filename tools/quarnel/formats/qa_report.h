@@ -11,8 +11,10 @@
 
 namespace quarnel::tool {
 
-// Throws ToolError (73, 74) as OutputStream does.
-void WriteQaReport(const std::string& path, const std::vector<std::string>& files, const std::vector<QaResult>& results,
+class OutputStream;
+
+// Writes the page into `out`; the caller commits it.
+void WriteQaReport(OutputStream& out, const std::vector<std::string>& files, const std::vector<QaResult>& results,
                    const QaLot& lot);
 
 }  // namespace quarnel::tool
