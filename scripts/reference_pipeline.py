@@ -17,7 +17,8 @@ it for every lut api type 0 to 6. Each call's status, factory fields, gains,
 16-bit table, IGCL doubles and NVIDIA floats (by value, or by the digest of
 their bytes) are compared with the record, and so is every table that the
 call's trace log dumps: the mode's LUT, the improved and brightness-controlled
-LUTs, the base and factory gamma LUTs and the result. The call's messages
+LUTs, the base and factory gamma LUTs and the result, and the matrices, gains,
+factory fields and settings its record dump shows. The call's messages
 (tests/data/e2e/messages.txt with the record's numbers) must tell the
 smoothing searches, the fetched interpolation step, the brightness settings,
 the reading mix's largest gain and the initialisation result that the model
@@ -731,6 +732,7 @@ def read_record(path):
             rec['calls'].append({'type': int(words[1]), 'entry': words[2], 'code': int(words[3], 16),
                                  'interval': float(words[5]), 'status': int(words[7]), 'out': words[9],
                                  'igcl': words[11], 'nv': words[13], 'said': words[15:17], 'trace': words[20:],
+                                 'traced': words[18:20],
                                  'state': state})
         elif words[0] == 'fromBios':
             state.update({k: float(v) for k, v in zip(words[0::2], words[1::2])})
@@ -816,10 +818,27 @@ def said_differences(ctx, text):
     return found
 
 
-def said_text(rec, shapes, call):
-    """The call's messages: its shape with the record's numbers in place of the marks."""
-    numbers = iter(rec['numbers'][call['said'][1]])
-    return re.sub(r'\{\}', lambda _: next(numbers), shapes[call['said'][0]].decode('latin-1'))
+def said_text(rec, shapes, shape, numbers):
+    """A call's messages or trace log: its shape with the record's numbers in place of the marks."""
+    numbers = iter(rec['numbers'][numbers])
+    return re.sub(r'\{\}', lambda _: next(numbers), shapes[shape].decode('latin-1'))
+
+
+def traced_differences(ctx, call, text):
+    """What the record dump of a traced call shows of the matrices, gains, factory fields and settings."""
+    if not text:
+        return []
+    rows = lambda m: '\n'.join(' '.join(f'{v:3.3f}' for v in row) for row in m)  # noqa: E731
+    shown = {'ICC': rows(ctx.icc), 'BIOS': rows(ctx.bios), 'From BIOS': ctx.from_bios, 'BIOS Ver': ctx.bios_ver,
+             'GammaK': ctx.gamma_k, 'Lut Api Type': ctx.type, 'Dc Mode Scale': f'{ctx.caller["scale"]:f}',
+             'RDIndex': f'{ctx.caller["rdIndex"]:f}', 'interval': f'{call["interval"]:f}'}
+    shown.update({name: ' '.join(f'{g:1.5f}' for g in ctx.gains[name]) for name in GAINS})
+    told = dict(re.findall(r'^(ICC|BIOS):\n((?:.*\n){3}.*)$', text, re.M))
+    told.update(re.findall(r'^(From BIOS|BIOS Ver|GammaK|Lut Api Type|Dc Mode Scale|RDIndex): (.*)$', text, re.M))
+    told.update(re.findall(r'^(Nor|W|C|RdS|RdW): +(.*)$', text, re.M))
+    told.update(set(re.findall(r'  (interval):(\S+)', text)))
+    return [f'trace log shows {key} {told.get(key)!r}, reference {str(value)!r}' for key, value in shown.items()
+            if told.get(key) != str(value)]
 
 
 def check_panel(path):
@@ -835,7 +854,8 @@ def check_panel(path):
         ctx = contexts[api_type] if initialising else contexts[api_type].copy()
         status, dumps = run(ctx, call, rec['caller']['curve'])
         found = differences(ctx, call, status, dumps if api_type == 0 else [], rec['tables'])
-        found += said_differences(ctx, said_text(rec, shapes, call))
+        found += said_differences(ctx, said_text(rec, shapes, *call['said']))
+        found += traced_differences(ctx, call, said_text(rec, shapes, *call['traced']))
         where = f'type {api_type} {call["entry"]} {call["code"]:#04x} at {call["interval"]:g}'
         failures += [f'{where}: {d}' for d in found]
         matched += not found
