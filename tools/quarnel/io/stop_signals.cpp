@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "io/stop_signals.h"
 
+#include <fcntl.h>
 #include <poll.h>
-#include <sys/signalfd.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -14,31 +14,50 @@
 namespace quarnel::tool {
 namespace {
 
-sigset_t StopSet() {
-    sigset_t set;
-    sigemptyset(&set);
-    sigaddset(&set, SIGINT);
-    sigaddset(&set, SIGTERM);
-    return set;
+// The handler may run on any thread of the process (a sanitizer's own
+// included), so it only writes a byte into a pipe that the waiting thread
+// reads.
+constexpr int kStopSignals[] = {SIGINT, SIGTERM};
+int gWriteEnd = -1;
+
+extern "C" void NoteStop(int) {
+    const int saved = errno;
+    const char byte = 1;
+    [[maybe_unused]] const ssize_t written = ::write(gWriteEnd, &byte, 1);
+    errno = saved;
 }
 
 }  // namespace
 
 StopSignals::StopSignals() {
-    const sigset_t set = StopSet();
-    if (::sigprocmask(SIG_BLOCK, &set, nullptr) != 0 || (fd_ = ::signalfd(-1, &set, SFD_CLOEXEC | SFD_NONBLOCK)) < 0)
+    int ends[2];
+    if (::pipe2(ends, O_CLOEXEC | O_NONBLOCK) != 0)
         throw ToolError(kExitUnavailable, "cannot wait for SIGINT and SIGTERM");
+    fd_ = ends[0];
+    writeEnd_ = gWriteEnd = ends[1];
+    struct sigaction action {};
+    action.sa_handler = NoteStop;
+    sigemptyset(&action.sa_mask);
+    action.sa_flags = SA_RESTART;
+    for (const int s : kStopSignals) {
+        struct sigaction previous {};
+        // A signal the caller chose to ignore (nohup, a background job) stays ignored.
+        if (sigaction(s, nullptr, &previous) == 0 && previous.sa_handler != SIG_IGN) sigaction(s, &action, nullptr);
+    }
 }
 
+// The handlers stay: a second SIGINT or SIGTERM (a process group's, sent
+// after the process's own) must not end the process while it gives the
+// display back; it only writes into a closed pipe then.
 StopSignals::~StopSignals() {
+    gWriteEnd = -1;
     ::close(fd_);
-    const sigset_t set = StopSet();
-    ::sigprocmask(SIG_UNBLOCK, &set, nullptr);
+    ::close(writeEnd_);
 }
 
 bool StopSignals::Arrived() {
-    signalfd_siginfo info{};
-    return ::read(fd_, &info, sizeof info) == static_cast<ssize_t>(sizeof info);
+    char bytes[16];
+    return ::read(fd_, bytes, sizeof bytes) > 0;
 }
 
 std::size_t WaitReadable(std::initializer_list<int> fds) {

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
-// A command that holds a display runs until the user stops it. While a
-// StopSignals lives, SIGINT and SIGTERM no longer end the process: they
-// become readable on a descriptor that the command waits on next to its
-// display's connection, so that it can give the display back and exit 0.
+// A command that holds a display runs until the user stops it. Once a
+// StopSignals is made, SIGINT and SIGTERM no longer end the process: while
+// it lives they become readable on a descriptor that the command waits on
+// next to its display's connection, so that it can give the display back
+// and exit 0; after it, they are ignored while the process ends.
 
 #include <cstddef>
 #include <initializer_list>
@@ -24,6 +25,7 @@ public:
 
 private:
     int fd_ = -1;
+    int writeEnd_ = -1;
 };
 
 // Sleeps until one of `fds` is readable (or closed) and returns its place
