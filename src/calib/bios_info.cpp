@@ -8,6 +8,7 @@
 #include "codec/lut_string.h"
 #include "core/lut16.h"
 #include "diag/debug.h"
+#include "facts/block_layout.h"
 
 namespace quarnel {
 namespace {
@@ -66,7 +67,8 @@ void GetBIOSInfo(const CalibrationSource& source, FactoryData& out, ToneModel& t
     if (data->version >= kToneVersion) {
         FillTone(*data, tone);
         // A string that does not decode leaves tone data without a gamma LUT.
-        if (data->version > kToneVersion && !DecodeGammaLut(*data, out.gammaLut)) out.biosVer = kToneVersion;
+        const bool carriesString = facts::Carries(facts::TrailerOf(data->version).lutString, data->version);
+        if (carriesString && !DecodeGammaLut(*data, out.gammaLut)) out.biosVer = kToneVersion;
         out.gammaK = 1;
         targets.valid = 1;
     }

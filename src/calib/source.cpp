@@ -14,6 +14,7 @@
 #include "calib/error_code.h"
 #include "calib/firmware_reader.h"
 #include "diag/debug.h"
+#include "facts/block_layout.h"
 #include "quarnel/cctapi.h"
 
 namespace quarnel {
@@ -109,7 +110,8 @@ void CheckBlock(BiosData& data, int32_t enableUserK) {
         DebugPrint("CRCCheck Error\n");
         Reject(data, kBiosHeaderCrcError, enableUserK);
     }
-    if (data.version >= 5 && !CheckToneCrc(data)) Reject(data, kBiosToneCrcError, enableUserK);
+    if (facts::Carries(facts::kToneCrc.stored, data.version) && !CheckToneCrc(data))
+        Reject(data, kBiosToneCrcError, enableUserK);
 }
 
 // A file that opens is read here once, and the record keeps its block.

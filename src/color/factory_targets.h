@@ -5,10 +5,12 @@
 
 #include <cstdint>
 
+#include "facts/block_layout.h"
+
 namespace quarnel {
 
 // Calibration data from this version on carries white targets of its own.
-inline constexpr int32_t kTargetsVersion = 4;
+inline constexpr int32_t kTargetsVersion = facts::kDefaultWhite.firstVersion;
 
 // Presets the gain initialisation writes before the calibration data is read.
 inline constexpr double kPresetFirstWhiteX = 0.304670011;

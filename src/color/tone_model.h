@@ -7,15 +7,17 @@
 #include <array>
 #include <cstdint>
 
+#include "facts/block_layout.h"
+
 namespace quarnel {
 
 // Calibration data from this version on carries tone measurements; data of
 // exactly this version carries them without a LUT string.
-inline constexpr int32_t kToneVersion = 5;
+inline constexpr int32_t kToneVersion = facts::kToneLevels.firstVersion;
 
-inline constexpr int kToneLevelCount = 7;
+inline constexpr int kToneLevelCount = static_cast<int>(facts::kToneDriveLevels.size());
 // Drive levels of the seven measurements per primary, in order.
-inline constexpr std::array<int32_t, kToneLevelCount> kToneLevels{0, 42, 86, 128, 168, 210, 255};
+inline constexpr std::array<int32_t, kToneLevelCount> kToneLevels = facts::kToneDriveLevels;
 // Seven levels x (X, Y, Z).
 inline constexpr int kModelToneValuesPerChannel = kToneLevelCount * 3;
 

@@ -107,6 +107,10 @@ inline constexpr std::array<uint8_t, 4> kMagicHdoc{'H', 'D', 'O', 'C'};
 inline constexpr std::array<uint8_t, 4> kMagicR2r{'R', '2', 'R', 0};
 bool MagicAccepted(const uint8_t* first4);
 
+// The drive levels (of 255) at which the factory measured each primary's
+// tone: black, the five grey levels of `toneLevels`, full drive.
+inline constexpr std::array<int, 7> kToneDriveLevels{0, 42, 86, 128, 168, 210, 255};
+
 // The first white that a block too old to carry one stands for.
 inline constexpr double kEarlyFirstWhiteX = 0.3;
 inline constexpr double kEarlyFirstWhiteY = 0.315;

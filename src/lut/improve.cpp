@@ -4,13 +4,16 @@
 #include <algorithm>
 
 #include "diag/debug.h"
+#include "facts/block_layout.h"
 
 namespace quarnel {
 namespace {
 
 constexpr int32_t kFetchRetry = -1;
 constexpr int32_t kFetchFailed = -2;
-constexpr int kVersionWithStep = 7;
+// Only blocks of exactly the version that brought the step byte interpolate
+// with it; later versions smooth.
+constexpr int kVersionWithStep = facts::kStepByte.firstVersion;
 
 // The dark-end smoothing looks across the channels entry by entry, so it
 // works on the 8-bit table in [level][channel] form.

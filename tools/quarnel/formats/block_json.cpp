@@ -5,6 +5,7 @@
 #include <charconv>
 #include <limits>
 
+#include "facts/block_layout.h"
 #include "formats/json_fields.h"
 #include "formats/text_formats.h"
 #include "model/hex.h"
@@ -25,17 +26,29 @@ struct Key {
     int since;
     bool required;
 };
+constexpr int kStringVersion = facts::kUseMethodV6.firstVersion;
 constexpr Key kKeys[] = {
-    {"magic", 0, true},         {"version", 0, true},
-    {"sub_version", 0, true},   {"data_word", 0, true},
-    {"primaries", 0, true},     {"stored_header_crc", 0, false},
-    {"word60", 2, true},        {"bytes66", 3, true},
-    {"first_white", 4, true},   {"target_luminance", 4, true},
-    {"default_white", 4, true}, {"tone_levels", 5, true},
-    {"black", 5, true},         {"stored_tone_crc", 5, false},
-    {"gamma_lut", 6, false},    {"gamma_string", 6, false},
-    {"step_byte", 7, true},     {"other_bytes", 0, false},
+    {"magic", facts::kMagic.firstVersion, true},
+    {"version", facts::kVersion.firstVersion, true},
+    {"sub_version", facts::kSubVersion.firstVersion, true},
+    {"data_word", facts::kDataWord.firstVersion, true},
+    {"primaries", facts::kPrimaries.firstVersion, true},
+    {"stored_header_crc", facts::kHeaderCrc.stored.firstVersion, false},
+    {"word60", facts::kWord60.firstVersion, true},
+    {"bytes66", facts::kBytes66.firstVersion, true},
+    {"first_white", facts::kFirstWhite.firstVersion, true},
+    {"target_luminance", facts::kTargetLuminance.firstVersion, true},
+    {"default_white", facts::kDefaultWhite.firstVersion, true},
+    {"tone_levels", facts::kToneLevels.firstVersion, true},
+    {"black", facts::kBlackXyz.firstVersion, true},
+    {"stored_tone_crc", facts::kToneCrc.stored.firstVersion, false},
+    {"gamma_lut", kStringVersion, false},
+    {"gamma_string", kStringVersion, false},
+    {"step_byte", facts::kStepByte.firstVersion, true},
+    {"other_bytes", 0, false},
 };
+using facts::Carries;
+bool CarriesString(int version) { return version >= kStringVersion; }
 // What inspect reports beside the description; build skips them.
 constexpr const char* kFindings[] = {"header_crc", "tone_crc", "lut_string", "block_status", "problem", "library"};
 
@@ -68,16 +81,16 @@ public:
         fields_.Object(At("primaries"), "primaries", {kRows[0], kRows[1], kRows[2], kRows[3]});
         for (size_t r = 0; r < 4; ++r) d.primaries[r] = Triple(At("primaries"), "primaries", kRows[r]);
         if (Has("stored_header_crc")) d.storedHeaderCrc = static_cast<uint16_t>(Whole("stored_header_crc", kWordMax));
-        if (d.version >= 2) d.word60 = static_cast<uint16_t>(Whole("word60", kWordMax));
-        if (d.version >= 3) {
+        if (Carries(facts::kWord60, d.version)) d.word60 = static_cast<uint16_t>(Whole("word60", kWordMax));
+        if (Carries(facts::kBytes66, d.version)) {
             const auto& bytes = fields_.Array(At("bytes66"), "bytes66", d.bytes66.size());
             for (size_t i = 0; i < d.bytes66.size(); ++i)
                 d.bytes66[i] = static_cast<uint8_t>(fields_.Whole(bytes[i], Child("bytes66", i), kByteMax));
         }
-        if (d.version >= 4) ReadWhites(d);
-        if (d.version >= 5) ReadTone(d);
-        if (d.version >= 6) ReadGamma(d);
-        if (d.version >= 7) d.stepByte = static_cast<uint8_t>(Whole("step_byte", kByteMax));
+        if (Carries(facts::kFirstWhite, d.version)) ReadWhites(d);
+        if (Carries(facts::kToneLevels, d.version)) ReadTone(d);
+        if (CarriesString(d.version)) ReadGamma(d);
+        if (Carries(facts::kStepByte, d.version)) d.stepByte = static_cast<uint8_t>(Whole("step_byte", kByteMax));
         if (Has("other_bytes")) ReadOtherBytes(d);
         return d;
     }
@@ -120,7 +133,7 @@ private:
             if (version >= k.since && k.required && !Has(k.name))
                 fields_.Fail("", "missing key \"" + std::string(k.name) + "\", which " + block + " carries");
         }
-        if (version >= 6 && Has("gamma_lut") == Has("gamma_string"))
+        if (CarriesString(version) && Has("gamma_lut") == Has("gamma_string"))
             fields_.Fail("", block + " needs exactly one of \"gamma_lut\" and \"gamma_string\"");
     }
 
@@ -209,23 +222,23 @@ Json DescriptionToJson(const BlockDescription& d) {
               {"data_word", d.dataWord}};
     for (size_t r = 0; r < 4; ++r) json["primaries"][kRows[r]] = Triple(d.primaries[r]);
     if (d.storedHeaderCrc) json["stored_header_crc"] = *d.storedHeaderCrc;
-    if (d.version >= 2) json["word60"] = d.word60;
-    if (d.version >= 3) json["bytes66"] = d.bytes66;
-    if (d.version >= 4) {
+    if (Carries(facts::kWord60, d.version)) json["word60"] = d.word60;
+    if (Carries(facts::kBytes66, d.version)) json["bytes66"] = d.bytes66;
+    if (Carries(facts::kFirstWhite, d.version)) {
         json["first_white"] = Pair(d.firstWhite);
         json["target_luminance"] = SingleToJson(d.targetLuminance);
         json["default_white"] = Pair(d.defaultWhite);
     }
-    if (d.version >= 5) {
+    if (Carries(facts::kToneLevels, d.version)) {
         for (size_t c = 0; c < 3; ++c)
             for (const SingleXyz& level : d.toneLevels[c]) json["tone_levels"][kRows[c]].push_back(Triple(level));
         json["black"] = Triple(d.black);
         if (d.storedToneCrc) json["stored_tone_crc"] = *d.storedToneCrc;
     }
-    if (d.version >= 6 && d.gammaLut) json["gamma_lut"] = CurveToJsonValue(*d.gammaLut);
-    if (d.version >= 6 && d.gammaString)
+    if (CarriesString(d.version) && d.gammaLut) json["gamma_lut"] = CurveToJsonValue(*d.gammaLut);
+    if (CarriesString(d.version) && d.gammaString)
         json["gamma_string"] = {{"method", d.gammaString->method}, {"hex", ToHex(d.gammaString->bytes)}};
-    if (d.version >= 7) json["step_byte"] = d.stepByte;
+    if (Carries(facts::kStepByte, d.version)) json["step_byte"] = d.stepByte;
     for (const auto& [at, bytes] : d.otherBytes) json["other_bytes"][std::to_string(at)] = ToHex(bytes);
     return json;
 }

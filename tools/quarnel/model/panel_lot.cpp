@@ -11,7 +11,7 @@
 namespace quarnel::tool {
 namespace {
 
-constexpr int kFirstVersion = 4, kLastVersion = 7, kToneVersion = 5;
+constexpr int kFirstVersion = 4, kLastVersion = 7, kToneVersion = facts::kToneLevels.firstVersion;
 constexpr double kLuminanceSpread = 0.04;  // each primary's luminance, either way
 constexpr double kChromaSpread = 0.015;    // its X and Z apart from its Y
 constexpr double kBlackSpread = 0.2;

@@ -4,9 +4,11 @@
 // black plus each channel's full-drive colour times that channel's response.
 // Profiles, the modes table and plots of the panel all read it from here.
 
+#include <algorithm>
 #include <array>
 #include <optional>
 
+#include "facts/block_layout.h"
 #include "facts/chromaticity.h"
 #include "model/block_codec.h"
 #include "model/curve.h"
@@ -18,7 +20,11 @@ using Xyz = std::array<double, 3>;    // CIE XYZ
 
 // Drive levels of the factory's tone measurements: black, five grey levels
 // (the block's tone levels), full drive.
-inline constexpr std::array<double, 7> kToneDriveLevels{0, 42, 86, 128, 168, 210, 255};
+inline constexpr std::array<double, 7> kToneDriveLevels = [] {
+    std::array<double, 7> levels{};
+    std::ranges::copy(facts::kToneDriveLevels, levels.begin());
+    return levels;
+}();
 inline constexpr size_t kGreyLevels = 5;
 
 struct ToneMeasurements {
