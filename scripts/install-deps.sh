@@ -12,7 +12,7 @@ declare -A groups=(
   [windows]="g++-mingw-w64-x86-64 wine wine64 googletest cmake ninja-build"
   [packaging]="build-essential debhelper dpkg-dev lintian scdoc man-db bash-completion file pkgconf binutils
     cmake ninja-build libcli11-dev nlohmann-json3-dev liblcms2-dev libcairo2-dev libfontconfig-dev
-    libxrandr-dev libcolord-dev"
+    libxrandr-dev libcolord-dev libwayland-dev libwayland-bin"
   [fuzz]="clang libclang-rt-14-dev cmake ninja-build nlohmann-json3-dev"
   [format]="clang-format git"
 )

@@ -89,7 +89,7 @@ linux() {
   local pulled
   pulled=$(apt-cache depends --recurse --no-recommends --no-suggests --no-conflicts --no-breaks \
     --no-replaces --no-enhances libquarnel-dev | grep -v '^ ' |
-    grep -E '^(libcairo|libcolord|colord|libx11|libxrandr|libxcb|liblcms|libfontconfig|libglib)' || true)
+    grep -E '^(libcairo|libcolord|colord|libx11|libxrandr|libxcb|libwayland|liblcms|libfontconfig|libglib)' || true)
   [ -z "$pulled" ] || { echo "libquarnel-dev depends on the tool's libraries:" $pulled >&2 && return 1; }
   ldconfig -p | grep -F "libquarnel.so.$major " >/dev/null || { echo "the ldconfig trigger did not run" >&2 && return 1; }
   same_lines "files in libquarnel1" "$(files libquarnel1)" "/usr/lib/$multiarch/libquarnel.so.$major
