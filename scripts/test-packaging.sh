@@ -123,6 +123,9 @@ linux() {
   quarnel version | grep -x "quarnel tool $version" >/dev/null
   [ "$(man -w quarnel)" = /usr/share/man/man1/quarnel.1.gz ]
   man quarnel 2>/dev/null | grep -q "EXIT STATUS"
+  # bash-completion finds the tool's completion where it loads completions on demand.
+  bash -c '. /usr/share/bash-completion/bash_completion && __load_completion quarnel && complete -p quarnel' |
+    grep -q -- "-F _quarnel quarnel"
   same_lines "files in quarnel" "$(files quarnel)" "/usr/bin/quarnel
 /usr/share/bash-completion/completions/quarnel
 /usr/share/doc/quarnel/changelog.gz
