@@ -7,22 +7,19 @@
 // forms do the same double arithmetic in the same order, so their results
 // agree bit for bit: the core is built without floating-point contraction,
 // so no form fuses a multiply into an add. Which form runs is the
-// processor's business (platform/processor.h).
+// processor's business (facts/loop_forms.h, platform/processor.h).
 
 #include <cstddef>
 
+#include "facts/loop_forms.h"
+
 namespace quarnel {
 
-// From the narrowest to the widest: a processor that runs a form runs every
-// form before it.
-enum class VectorForm { kBaseline, kAvx2 };
-inline constexpr std::size_t kVectorFormCount = 2;
+using facts::kVectorFormCount;
+using facts::kVectorFormNames;
+using facts::VectorForm;
 
-// How the forms are named where a person reads them.
-inline constexpr const char* kVectorFormNames[kVectorFormCount] = {"baseline (SSE2)", "AVX2"};
-
-#if defined(__GNUC__) && (defined(__x86_64__) || defined(__i386__))
-#define QUARNEL_AVX2_BUILT 1
+#ifdef QUARNEL_AVX2_BUILT
 #define QUARNEL_AVX2 [[gnu::target("avx2")]]
 #else
 // Elsewhere the AVX2 form is built like the baseline and never chosen.

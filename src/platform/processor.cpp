@@ -4,17 +4,8 @@
 namespace quarnel::platform {
 namespace {
 
-bool HasAvx2() {
-#ifdef QUARNEL_AVX2_BUILT
-    __builtin_cpu_init();
-    return __builtin_cpu_supports("avx2") != 0;
-#else
-    return false;
-#endif
-}
-
 VectorForm MachineForm() {
-    static const VectorForm widest = HasAvx2() ? VectorForm::kAvx2 : VectorForm::kBaseline;
+    static const VectorForm widest = facts::WidestForm();
     return widest;
 }
 
