@@ -164,7 +164,7 @@ void PrintLutLines(int32_t request, int32_t type, int step, double scale) {
     if (request == CCTAPI_READING_MODE_MULTI) std::printf("GetReadingModeMultiLUT  outGain = %f\n", kMaxGain);
     if (request < 0) std::printf("; VOK: GetVxModeLut()\n");
     std::printf("GetBIOS_Data path = %s \n", Panel().path.c_str());
-    std::printf("; VOK: Get bios[%d]: %d\n ", 297, step);
+    std::printf("; VOK: Get bios[%d]: %d\n ", static_cast<int>(facts::kStepByte.offset), step);
     if (request == CCTAPI_READING_MODE_MULTI) {
         std::printf("cct->lutDcModeScale = %f\n", scale);
         if (qcom) std::printf("QCOM cct->lutDcModeScale modify as : %f\n", scale);
@@ -184,7 +184,7 @@ void BM_RequestFloor(benchmark::State& state) {
     const Outputs written = LutRequestOutputs(request < 0, type);
     uint8_t block[512];
     ReadBlock(block);
-    if (lines != PrintedBy([&] { PrintLutLines(request, type, block[297], ctx->lutDcModeScale); }))
+    if (lines != PrintedBy([&] { PrintLutLines(request, type, block[facts::kStepByte.offset], ctx->lutDcModeScale); }))
         return state.SkipWithError("the floor prints other lines than the request");
     if (!TraceFileAbsent(state)) return;
     QuietStdout quiet;
@@ -192,7 +192,7 @@ void BM_RequestFloor(benchmark::State& state) {
         CopyOutputs(*result, *ctx, written);
         ProbeTraceFile();
         ReadBlock(block);  // a version-7 panel's LUT takes its interpolation step from the block
-        PrintLutLines(request, type, block[297], ctx->lutDcModeScale);
+        PrintLutLines(request, type, block[facts::kStepByte.offset], ctx->lutDcModeScale);
         benchmark::ClobberMemory();
     }
 }
