@@ -3,6 +3,7 @@
 // output, standard error and an exit code.
 
 #include <cairo.h>
+#include <sys/stat.h>
 #include <gtest/gtest.h>
 #include <lcms2.h>
 
@@ -260,6 +261,9 @@ TEST_F(ToolTest, ErrorsExitWithTheirCodeAndLeaveNoOutput) {
     WriteFile(dir / "crc.bin", block);
     WriteFile(dir / "bad.json", "{\"version\": 7,");
     WriteFile(dir / "bad.csv", "0,0,0,0\n1,2\n");
+    WriteFile(dir / "big.bin", "");
+    fs::resize_file(dir / "big.bin", 2 << 20);
+    ASSERT_EQ(mkfifo((dir / "pipe").c_str(), 0600), 0);  // no writer: opening it to read would wait for ever
     struct Case {
         std::string args;
         int code;
@@ -293,11 +297,16 @@ TEST_F(ToolTest, ErrorsExitWithTheirCodeAndLeaveNoOutput) {
         {"modes --reading-levels 3 --reading-index nan", 64, "--reading-index: expected a number of at least 0"},
         {"modes --reading-levels 3 --reading-index 2.5", 64, "--reading-index: expected a number from 0 to 2"},
         {"modes --reading-levels 0.5 --reading-index 0", 64, "--reading-levels: expected a whole number of at least 1"},
-        {"block inspect /dev/zero", 65, "/dev/zero: not a calibration block: more than 512 bytes"},
-        {"modes --calib /dev/urandom", 65, "/dev/urandom: not a calibration block: more than 512 bytes"},
-        {"string encode /dev/urandom", 65, "/dev/urandom: more than 1048576 bytes"},
-        {"block build /dev/zero -o out.bin", 65, "/dev/zero: more than 1048576 bytes"},
+        {"block inspect big.bin", 65, "big.bin: not a calibration block: more than 512 bytes"},
+        {"string encode big.bin", 65, "big.bin: more than 1048576 bytes"},
         {"block inspect .", 66, ".: cannot read input: it is a directory"},
+        {"lut vx-curve --curve . -o out.csv", 66, ".: cannot read input: it is a directory"},
+        {"block inspect pipe", 66, "pipe: cannot read input: it is not a regular file"},
+        {"modes --calib pipe", 66, "pipe: cannot read input: it is not a regular file"},
+        {"lut vx-curve --curve pipe -o out.csv", 66, "pipe: cannot read input: it is not a regular file"},
+        {"block build pipe -o out.bin", 66, "pipe: cannot read input: it is not a regular file"},
+        {"qa pipe", 66, "pipe: cannot read input: it is not a regular file"},
+        {"modes --calib /dev/urandom", 66, "/dev/urandom: cannot read input: it is not a regular file"},
         {"block sample --output out.json", 64, "--output"},
     };
     for (const Case& c : cases) {
@@ -309,7 +318,7 @@ TEST_F(ToolTest, ErrorsExitWithTheirCodeAndLeaveNoOutput) {
     }
     size_t files = 0;
     for ([[maybe_unused]] const auto& entry : fs::directory_iterator(dir.path())) ++files;
-    EXPECT_EQ(files, 5u) << "only the inputs remain";
+    EXPECT_EQ(files, 7u) << "only the inputs remain";
 }
 
 // A panel redder than sRGB: its triangle's red corner lies outside sRGB's.

@@ -10,6 +10,7 @@
 #include "commands/commands.h"
 #include "formats/qa_outputs.h"
 #include "formats/qa_report.h"
+#include "io/input_file.h"
 #include "io/output_stream.h"
 #include "io/progress_bar.h"
 #include "io/tool_error.h"
@@ -33,11 +34,8 @@ std::vector<std::string> BlockFiles(const std::vector<std::string>& paths) {
     std::vector<std::string> files;
     for (const auto& path : paths) {
         std::error_code error;
-        const auto status = fs::status(path, error);
-        if (error || !fs::exists(status))
-            throw ToolError(kExitNoInput, path + ": cannot read input: " +
-                                              (error ? error.message() : std::string("No such file or directory")));
-        if (!fs::is_directory(status)) {
+        if (!fs::is_directory(path, error)) {
+            RequireRegularFile(path);
             files.push_back(path);
             continue;
         }

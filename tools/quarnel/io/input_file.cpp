@@ -29,13 +29,22 @@ private:
     int fd_;
 };
 
+// Only a regular file has an end the tool can count on: a named pipe waits
+// for a writer, a terminal for its user, a device may never stop.
+void CheckKind(const std::string& path, const struct stat& info) {
+    if (S_ISDIR(info.st_mode)) Unreadable(path, "it is a directory");
+    if (!S_ISREG(info.st_mode)) Unreadable(path, "it is not a regular file");
+}
+
 // At most `limit` + 1 bytes: one more than allowed tells that there are more.
 std::string ReadBounded(const std::string& path, size_t limit) {
-    const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    // O_NONBLOCK: opening a named pipe with no writer would wait for one.
+    const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK);
     if (fd < 0) Unreadable(path, std::strerror(errno));
     const Descriptor file(fd);
     struct stat info {};
-    if (::fstat(fd, &info) == 0 && S_ISDIR(info.st_mode)) Unreadable(path, "it is a directory");
+    if (::fstat(fd, &info) != 0) Unreadable(path, std::strerror(errno));
+    CheckKind(path, info);
     std::string bytes(limit + 1, '\0');
     size_t got = 0;
     while (got < bytes.size()) {
@@ -50,6 +59,12 @@ std::string ReadBounded(const std::string& path, size_t limit) {
 }
 
 }  // namespace
+
+void RequireRegularFile(const std::string& path) {
+    struct stat info {};
+    if (::stat(path.c_str(), &info) != 0) Unreadable(path, std::strerror(errno));
+    CheckKind(path, info);
+}
 
 std::string ReadInputFile(const std::string& path, size_t limit) {
     std::string bytes = ReadBounded(path, limit);
