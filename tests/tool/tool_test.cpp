@@ -458,6 +458,8 @@ TEST_F(ToolTest, FaultyDescriptionsAndCurvesAreRefusedNamingWhere) {
         {std::string(rows).replace(rows.find("\n9,") + 3, 1, "65536,0,0,0\n9"),
          "line 11: expected index,red,green,blue"},
         {R"({"red": [], "green": [], "blue": []})", "red: expected an array of 256 entries"},
+        // Deep enough to overflow the stack of anything that walks it level by level.
+        {"{\"red\": " + std::string(200000, '[') + std::string(200000, ']') + "}", "JSON nested deeper than 64"},
     };
     for (const auto& [text, message] : curves) {
         WriteFile(dir / (text[0] == '{' ? "c.json" : "c.csv"), text);

@@ -29,8 +29,16 @@ std::string Shown(const InputJson& value) {
 }  // namespace
 
 InputJson ParseJsonInput(const std::string& text, const std::string& source) {
+    // Copying, printing and comparing a value recurse once per level: a
+    // megabyte of brackets would overflow the stack. Our inputs nest three deep.
+    constexpr int kMaxDepth = 64;
+    const auto shallow = [&](int depth, InputJson::parse_event_t, InputJson&) {
+        if (depth > kMaxDepth)
+            throw ToolError(kExitData, source + ": JSON nested deeper than " + std::to_string(kMaxDepth) + " levels");
+        return true;
+    };
     try {
-        return InputJson::parse(text);
+        return InputJson::parse(text, shallow);
     } catch (const InputJson::exception& e) {
         const auto* parse = dynamic_cast<const InputJson::parse_error*>(&e);
         throw ToolError(kExitData, source + ": malformed JSON" +
