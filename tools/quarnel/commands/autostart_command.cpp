@@ -5,7 +5,6 @@
 
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <iostream>
 #include <memory>
 #include <sstream>
@@ -15,6 +14,7 @@
 #include "formats/login_entries.h"
 #include "io/atomic_file.h"
 #include "io/executable_path.h"
+#include "io/input_file.h"
 #include "io/tool_error.h"
 
 namespace quarnel::tool {
@@ -97,7 +97,7 @@ void Disable() {
 
 // The line that starts with `key` in the file, without the key.
 std::string ValueOf(const fs::path& file, const std::string& key) {
-    std::ifstream in(file);
+    std::istringstream in(ReadInputFile(file.string()));
     for (std::string line; std::getline(in, line);)
         if (line.starts_with(key)) return line.substr(key.size());
     return "";
