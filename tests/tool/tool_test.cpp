@@ -264,58 +264,17 @@ TEST_F(ToolTest, ErrorsExitWithTheirCodeAndLeaveNoOutput) {
     WriteFile(dir / "big.bin", "");
     fs::resize_file(dir / "big.bin", 2 << 20);
     ASSERT_EQ(mkfifo((dir / "pipe").c_str(), 0600), 0);  // no writer: opening it to read would wait for ever
-    struct Case {
-        std::string args;
-        int code;
-        std::string message;
-    };
-    const Case cases[] = {
-        {"bogus", 64, "bogus"},
-        {"lut sepia -o out.csv", 64, "sepia"},
-        {"lut native -o out.txt", 64, "out.txt: cannot tell the format"},
-        {"lut vx-curve -o out.csv", 64, "vx-curve needs a tone curve"},
-        {"lut native --api hdr -o out.csv", 64, "hdr"},
-        {"modes --calib none.bin", 66, "none.bin: cannot read input"},
-        {"lut vx-curve --curve bad.csv -o out.csv", 65, "bad.csv: line 2: expected index,red,green,blue"},
-        {"modes --calib short.bin", 65, "short.bin: not a calibration block: 4 bytes"},
-        {"modes --calib crc.bin", 65, "crc.bin: header CRC mismatch"},
-        {"block inspect crc.bin", 65, "crc.bin: header CRC mismatch"},
-        {"block measurements crc.bin -o out.ti3", 65, "crc.bin: header CRC mismatch"},
-        {"block build bad.json -o out.bin", 65, "bad.json: malformed JSON"},
-        {"block build none.json -o out.bin", 66, "none.json: cannot read input"},
-        {"string encode bad.csv", 65, "bad.csv: line 2"},
-        {"string decode 0400zz --method 1 -o out.csv", 65, "malformed hex"},
-        {"string decode 04000000 --method 0 -o out.csv", 65, "does not decode"},
-        {"string decode 04000000 --method 1 -o missing/out.csv", 73, "missing/out.csv: cannot create output"},
-        {"lut native -o out.png --format tiff", 64, "unknown format \"tiff\""},
-        {"lut slider --brightness nan -o out.csv", 64, "--brightness: expected a number from 0 to 1, found \"nan\""},
-        {"lut slider --brightness '' -o out.csv", 64, "--brightness: expected a number from 0 to 1"},
-        {"lut slider --brightness -1 -o out.csv", 64, "--brightness: expected a number from 0 to 1"},
-        {"lut slider --brightness 0 -o out.csv", 65, "slider: the library's curve is black at brightness 0"},
-        {"modes --interval nan", 64, "--interval: expected a number from 0.5 to 1.5"},
-        {"modes --interval 1.6", 64, "--interval: expected a number from 0.5 to 1.5"},
-        {"modes --reading-levels 3 --reading-index nan", 64, "--reading-index: expected a number of at least 0"},
-        {"modes --reading-levels 3 --reading-index 2.5", 64, "--reading-index: expected a number from 0 to 2"},
-        {"modes --reading-levels 0.5 --reading-index 0", 64, "--reading-levels: expected a whole number of at least 1"},
-        {"block inspect big.bin", 65, "big.bin: not a calibration block: more than 512 bytes"},
-        {"string encode big.bin", 65, "big.bin: more than 1048576 bytes"},
-        {"block inspect .", 66, ".: cannot read input: it is a directory"},
-        {"lut vx-curve --curve . -o out.csv", 66, ".: cannot read input: it is a directory"},
-        {"block inspect pipe", 66, "pipe: cannot read input: it is not a regular file"},
-        {"modes --calib pipe", 66, "pipe: cannot read input: it is not a regular file"},
-        {"lut vx-curve --curve pipe -o out.csv", 66, "pipe: cannot read input: it is not a regular file"},
-        {"block build pipe -o out.bin", 66, "pipe: cannot read input: it is not a regular file"},
-        {"qa pipe", 66, "pipe: cannot read input: it is not a regular file"},
-        {"modes --calib /dev/urandom", 66, "/dev/urandom: cannot read input: it is not a regular file"},
-        {"block sample --output out.json", 64, "--output"},
-    };
-    for (const Case& c : cases) {
-        const Result r = Run(c.args);
-        EXPECT_EQ(r.code, c.code) << c.args;
-        EXPECT_EQ(r.err.rfind("quarnel: ", 0), 0u) << r.err;
-        EXPECT_NE(r.err.find(c.message), std::string::npos) << c.args << ": " << r.err;
-        EXPECT_EQ(std::count(r.err.begin(), r.err.end(), '\n'), 1) << r.err;
+    // Each "$ ARGS" line of the transcript runs again; the line after it is the code and standard error it gave.
+    std::istringstream runs(ReadFile(kData / "errors.txt"));
+    std::string transcript;
+    for (std::string line; std::getline(runs, line);) {
+        if (!line.starts_with("$ ")) continue;
+        const Result r = Run(line.substr(2));
+        transcript += line + '\n' + std::to_string(r.code) + ' ' + r.err;
+        EXPECT_EQ(r.err.rfind("quarnel: ", 0), 0u) << line << ": " << r.err;
+        EXPECT_EQ(std::count(r.err.begin(), r.err.end(), '\n'), 1) << line << ": " << r.err;
     }
+    ExpectGolden("tool/errors.txt", transcript);
     size_t files = 0;
     for ([[maybe_unused]] const auto& entry : fs::directory_iterator(dir.path())) ++files;
     EXPECT_EQ(files, 7u) << "only the inputs remain";
