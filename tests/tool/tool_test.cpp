@@ -10,6 +10,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <fstream>
+#include <functional>
 #include <nlohmann/json.hpp>
 #include <random>
 #include <regex>
@@ -39,10 +40,10 @@ protected:
     TempDir dir, tmp;  // tmp is the tool's TMPDIR, empty after every run
     void TearDown() override { EXPECT_TRUE(fs::is_empty(tmp.path())); }
 
-    // Runs a shell command line in the scratch folder; "quarnel" is the tool.
+    // Runs a shell command line in the scratch folder; "quarnel" and $QUARNEL are the tool.
     Result Shell(const std::string& line) {
         const std::string command = "cd '" + dir.path().string() + "' && export TMPDIR='" + tmp.path().string() +
-                                    "' && quarnel() { '" QUARNEL_TOOL "' \"$@\"; } && { " + line +
+                                    "' && QUARNEL='" QUARNEL_TOOL "' && quarnel() { \"$QUARNEL\" \"$@\"; } && { " + line +
                                     "; } >out.txt 2>err.txt";
         const int status = std::system(command.c_str());
         Result r{WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadFile(dir / "out.txt"), ReadFile(dir / "err.txt")};
@@ -51,6 +52,22 @@ protected:
         return r;
     }
     Result Run(const std::string& args) { return Shell("timeout 60 '" QUARNEL_TOOL "' " + args); }
+
+    // Runs each "$ LINE" of a transcript in the test data through `run`; the line after it is the code and
+    // standard error that gave, "#" lines are notes. Whatever a run says is one line that begins "quarnel: ".
+    void ExpectTranscript(const std::string& name, const std::function<Result(const std::string&)>& run) {
+        std::istringstream lines(ReadFile(kData / name));
+        std::string transcript;
+        for (std::string line; std::getline(lines, line);) {
+            if (line.starts_with("#")) transcript += line + '\n';
+            if (!line.starts_with("$ ")) continue;
+            const Result r = run(line.substr(2));
+            transcript += line + '\n' + std::to_string(r.code) + ' ' + (r.err.empty() ? "\n" : r.err);
+            EXPECT_TRUE(r.err.empty() || r.err.starts_with("quarnel: ")) << line << ": " << r.err;
+            EXPECT_LE(std::count(r.err.begin(), r.err.end(), '\n'), 1) << line << ": " << r.err;
+        }
+        ExpectGolden("tool/" + name, transcript);
+    }
 
     // Builds a block from a description in the test data; returns its name.
     std::string Block(const std::string& version) {
@@ -264,17 +281,7 @@ TEST_F(ToolTest, ErrorsExitWithTheirCodeAndLeaveNoOutput) {
     WriteFile(dir / "big.bin", "");
     fs::resize_file(dir / "big.bin", 2 << 20);
     ASSERT_EQ(mkfifo((dir / "pipe").c_str(), 0600), 0);  // no writer: opening it to read would wait for ever
-    // Each "$ ARGS" line of the transcript runs again; the line after it is the code and standard error it gave.
-    std::istringstream runs(ReadFile(kData / "errors.txt"));
-    std::string transcript;
-    for (std::string line; std::getline(runs, line);) {
-        if (!line.starts_with("$ ")) continue;
-        const Result r = Run(line.substr(2));
-        transcript += line + '\n' + std::to_string(r.code) + ' ' + r.err;
-        EXPECT_EQ(r.err.rfind("quarnel: ", 0), 0u) << line << ": " << r.err;
-        EXPECT_EQ(std::count(r.err.begin(), r.err.end(), '\n'), 1) << line << ": " << r.err;
-    }
-    ExpectGolden("tool/errors.txt", transcript);
+    ExpectTranscript("errors.txt", [&](const std::string& args) { return Run(args); });
     size_t files = 0;
     for ([[maybe_unused]] const auto& entry : fs::directory_iterator(dir.path())) ++files;
     EXPECT_EQ(files, 7u) << "only the inputs remain";
@@ -386,19 +393,13 @@ TEST_F(ToolTest, VersionHelpAndLibraryChatterStayInTheirPlaces) {
 }
 
 TEST_F(ToolTest, FaultyDescriptionsAndCurvesAreRefusedNamingWhere) {
-    // Each "$ PATCH" line of the transcript is merged into the version-5 description and built; the line
-    // after it is the code and standard error that gave.
-    std::istringstream patches(ReadFile(kData / "description_faults.txt"));
-    std::string transcript;
-    for (std::string line; std::getline(patches, line);) {
-        if (!line.starts_with("$ ")) continue;
+    // Each patch is merged into the version-5 description, which is then built.
+    ExpectTranscript("description_faults.txt", [&](const std::string& patch) {
         Json description = Json::parse(ReadFile(kData / "block_v5.json"));
-        description.merge_patch(Json::parse(line.substr(2)));
+        description.merge_patch(Json::parse(patch));
         WriteFile(dir / "d.json", description.dump());
-        const Result r = Run("block build d.json -o out.bin");
-        transcript += line + '\n' + std::to_string(r.code) + ' ' + r.err;
-    }
-    ExpectGolden("tool/description_faults.txt", transcript);
+        return Run("block build d.json -o out.bin");
+    });
     std::string rows = SpreadCsv(), extra = rows + "256,0,0,0\n";
     const std::pair<std::string, std::string> curves[] = {
         {rows.substr(0, rows.rfind("255,")), "255 rows, expected 256"},
@@ -448,44 +449,7 @@ TEST_F(ToolTest, InspectedBlocksRebuildByteForByte) {
 }
 
 TEST_F(ToolTest, OutputsKeepWhatTheyNameAndFailedWritesSaySo) {
-    const std::string lut = "quarnel lut slider --format csv -o ";
-    const struct {
-        std::string line;
-        int code;
-        std::string err;
-    } cases[] = {
-        // A null device of our own (skipped where mknod is not allowed): a regression must not replace the system's.
-        {"{ mknod n c 1 3 2>/dev/null || exit 0; } && " + lut + "n && test -c n", 0, ""},
-        {"mkfifo f && { timeout 5 cat f >got & } && " + lut + "f && wait && test -p f && test $(wc -l <got) = 257", 0,
-         ""},
-        {"echo x >t && chmod 600 t && ln -s t l && " + lut +
-             "l && test -L l && test $(wc -l <t)$(stat -c %a t) = 257600",
-         0, ""},
-        {"(" + lut + "- >/dev/full)", 74, "standard output: write error: No space left on device"},
-        {"{ sleep 0.3; quarnel modes; echo $? >c; } | true; exit $(cat c)", 74, "standard output: write error: Broken"},
-        {"quarnel lut slider --firmware 0 -o - >/dev/null", 0, "firmware panel 0: this machine has no firmware"},
-        // Once for the whole run, however many sessions the picture opens.
-        {"quarnel plot chromaticity --firmware 0 -o p.png", 0, "firmware panel 0: this machine has no firmware"},
-        // Formats and extensions in any case; a device without an extension takes text.
-        {"quarnel lut slider -o s.CAL && quarnel lut slider -o - --format CAL | cmp - s.CAL && "
-         "quarnel lut slider -o - >s.csv && quarnel lut slider -o /dev/null && quarnel lut slider -o /dev/stdout | cmp "
-         "- s.csv",
-         0, ""},
-        {"quarnel lut slider --interval 0.7 -o s.csv >&- && quarnel lut slider --interval 0.7 -o - | cmp - s.csv", 0,
-         ""},
-        {"quarnel modes >&-", 74, "standard output: write error"},
-        {"quarnel --version | grep -q '^library build v'", 0, ""},
-        {"for i in 1 2 3 4 5 6; do env --default-signal=INT '" QUARNEL_TOOL "' lut slider -o s.png & sleep 0.00$i; "
-         "kill -INT $! 2>/dev/null; done; wait; ! ls -A | grep '^[.]'",
-         0, ""},
-    };
-    for (const auto& c : cases) {
-        const Result r = Shell(c.line);
-        EXPECT_EQ(r.code, c.code) << c.line << ": " << r.err;
-        EXPECT_EQ(r.err.empty() ? "" : r.err.substr(0, 9), c.err.empty() ? "" : "quarnel: ") << r.err;
-        EXPECT_NE(r.err.find(c.err), std::string::npos) << c.line << ": " << r.err;
-        EXPECT_EQ(std::count(r.err.begin(), r.err.end(), '\n'), c.err.empty() ? 0 : 1) << r.err;
-    }
+    ExpectTranscript("output_runs.txt", [&](const std::string& line) { return Shell(line); });
 }
 
 // The library takes the index itself as the blend position between the weak
