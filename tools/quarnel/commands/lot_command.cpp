@@ -8,6 +8,7 @@
 #include <memory>
 
 #include "commands/commands.h"
+#include "commands/number_options.h"
 #include "io/atomic_file.h"
 #include "io/tool_error.h"
 #include "model/panel_lot.h"
@@ -62,7 +63,7 @@ void AddBlockLotCommand(CLI::App& block) {
     lot->add_option("--seed", cli->seed, "Seed of the variation: the same seed, the same lot")->capture_default_str();
     lot->add_option("--damaged", cli->damaged, "Share of damaged blocks (flipped byte, truncated, bad magic)")
         ->capture_default_str()
-        ->check(CLI::Range(0.0, 1.0));
+        ->check(FiniteRange(0, 1));
     lot->add_option("-o", cli->folder, "Folder to write panel-N.bin and manifest.csv into")
         ->required()
         ->type_name("FOLDER");

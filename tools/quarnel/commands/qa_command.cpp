@@ -8,6 +8,7 @@
 #include <memory>
 
 #include "commands/commands.h"
+#include "commands/number_options.h"
 #include "formats/qa_outputs.h"
 #include "formats/qa_report.h"
 #include "io/input_file.h"
@@ -132,26 +133,26 @@ void AddQaCommand(CLI::App& app, const GlobalOptions& global) {
     QaThresholds& t = cli->thresholds;
     qa->add_option("--max-duv", t.maxDuv, "Largest distance of the normal white from D65, in u'v'")
         ->capture_default_str()
-        ->check(CLI::NonNegativeNumber);
+        ->check(FiniteFrom(0));
     qa->add_option("--min-srgb", t.minSrgb, "Smallest share of the sRGB gamut covered")
         ->capture_default_str()
-        ->check(CLI::Range(0.0, 1.0));
+        ->check(FiniteRange(0, 1));
     qa->add_option("--min-p3", t.minP3, "Smallest share of the DCI-P3 gamut covered")
         ->capture_default_str()
-        ->check(CLI::Range(0.0, 1.0));
+        ->check(FiniteRange(0, 1));
     qa->add_option("--min-luminance", t.minLuminanceShare,
                    "Smallest share of the native white's luminance the normal white keeps")
         ->capture_default_str()
-        ->check(CLI::Range(0.0, 1.0));
+        ->check(FiniteRange(0, 1));
     qa->add_option("--min-gamma", t.minGamma, "Lowest native gamma of any channel (blocks with tone readings)")
         ->capture_default_str()
-        ->check(CLI::PositiveNumber);
+        ->check(FiniteAbove(0));
     qa->add_option("--max-gamma", t.maxGamma, "Highest native gamma of any channel")
         ->capture_default_str()
-        ->check(CLI::PositiveNumber);
+        ->check(FiniteAbove(0));
     qa->add_option("--outlier", t.outlierK, "Flag values more than K median absolute deviations from the lot's median")
         ->capture_default_str()
-        ->check(CLI::PositiveNumber);
+        ->check(FiniteAbove(0));
     qa->footer(
         "Exit status 0 when every block is ok and within the thresholds, 1 when any is not.\n"
         "Example:\n  quarnel block lot --count 1000 --seed 7 -o lot && quarnel qa lot --quiet --report lot.html");
