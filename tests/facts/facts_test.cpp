@@ -132,11 +132,11 @@ TEST(Loci, PublishedChromaticities) {
         double kelvin;
         Xy published;
     } points[] = {
-        {PlanckianXy, 2000, {0.52669, 0.41331}}, {PlanckianXy, 3000, {0.43694, 0.40404}},
-        {PlanckianXy, 5000, {0.34511, 0.35161}}, {PlanckianXy, 10000, {0.28070, 0.28844}},
-        {DaylightXy, 5003, {0.34567, 0.35850}},  // D50
-        {DaylightXy, 6504, {0.31271, 0.32902}},  // D65
-        {DaylightXy, 7504, {0.29902, 0.31485}},  // D75
+        {PlanckianXy, 2000, {0.52669, 0.41331}},  {PlanckianXy, 3000, {0.43694, 0.40404}},
+        {PlanckianXy, 5000, {0.34511, 0.35161}},  {PlanckianXy, 6500, {0.31352, 0.32363}},
+        {PlanckianXy, 10000, {0.28070, 0.28844}}, {DaylightXy, 5003, {0.34567, 0.35850}},  // D50
+        {DaylightXy, 6504, {0.31271, 0.32902}},                                            // D65
+        {DaylightXy, 7504, {0.29902, 0.31485}},                                            // D75
     };
     for (const auto& p : points) {
         const Xy xy = p.locus(p.kelvin);
