@@ -7,7 +7,9 @@
 # for the circles: a.cpp including b.h while b.cpp includes a.h is a circle.
 # SEALED lists folders that include no other folder at all, not even the
 # public header's: what they hold is shared with programs outside SOURCE_DIR.
-# Usage: cmake -DSOURCE_DIR=<dir> "-DLAYERS=core;platform;codec,color" [-DSEALED=core] -P CheckLayers.cmake
+# OUTSIDE, when given, lists the only folders from outside SOURCE_DIR that its
+# files may include: the tool reaches none of the library's insides but these.
+# Usage: cmake -DSOURCE_DIR=<dir> "-DLAYERS=core;platform;codec,color" [-DSEALED=core] [-DOUTSIDE=facts] -P CheckLayers.cmake
 set(rank 0)
 foreach(layer IN LISTS LAYERS)
   string(REPLACE "," ";" folders "${layer}")
@@ -40,6 +42,13 @@ foreach(source IN LISTS sources)
     if(sealed GREATER -1 AND target AND NOT target STREQUAL folder)
       string(APPEND violations "  ${source} includes ${target}/\n")
       continue()
+    endif()
+    if(DEFINED OUTSIDE AND target AND NOT DEFINED rank_${target} AND NOT EXISTS ${SOURCE_DIR}/${included})
+      list(FIND OUTSIDE "${target}" allowed)
+      if(allowed EQUAL -1)
+        string(APPEND violations "  ${source} includes ${target}/ from outside\n")
+        continue()
+      endif()
     endif()
     if(NOT target OR target STREQUAL folder OR NOT DEFINED rank_${folder} OR NOT DEFINED rank_${target})
       continue()
