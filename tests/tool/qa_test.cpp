@@ -140,7 +140,8 @@ TEST_F(QaTest, EveryDamagedBlockGetsTheVerdictOfItsDamage) {
 TEST_F(QaTest, ACleanLotPassesAndAFailingThresholdFailsIt) {
     ASSERT_EQ(Run("block lot --count 40 --seed 3 --damaged 0 -o lot").code, 0);
     // The walk passes over a pipe, a link loop and a link back up, and waits on none of them.
-    ASSERT_EQ(Run("--version >/dev/null && mkfifo lot/pipe.bin && ln -s loop.bin lot/loop.bin && ln -s .. lot/up").code, 0);
+    ASSERT_EQ(Run("--version >/dev/null && mkfifo lot/pipe.bin && ln -s loop.bin lot/loop.bin && ln -s .. lot/up").code,
+              0);
     const Result clean = Run("qa lot");
     EXPECT_EQ(clean.code, 0) << clean.err;
     EXPECT_NE(clean.out.find("lot: 40 blocks, 40 ok, 40 within thresholds"), std::string::npos) << clean.out;

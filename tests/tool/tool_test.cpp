@@ -3,9 +3,9 @@
 // output, standard error and an exit code.
 
 #include <cairo.h>
-#include <sys/stat.h>
 #include <gtest/gtest.h>
 #include <lcms2.h>
+#include <sys/stat.h>
 
 #include <cmath>
 #include <cstdlib>
@@ -43,8 +43,8 @@ protected:
     // Runs a shell command line in the scratch folder; "quarnel" and $QUARNEL are the tool.
     Result Shell(const std::string& line) {
         const std::string command = "cd '" + dir.path().string() + "' && export TMPDIR='" + tmp.path().string() +
-                                    "' && QUARNEL='" QUARNEL_TOOL "' && quarnel() { \"$QUARNEL\" \"$@\"; } && { " + line +
-                                    "; } >out.txt 2>err.txt";
+                                    "' && QUARNEL='" QUARNEL_TOOL "' && quarnel() { \"$QUARNEL\" \"$@\"; } && { " +
+                                    line + "; } >out.txt 2>err.txt";
         const int status = std::system(command.c_str());
         Result r{WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadFile(dir / "out.txt"), ReadFile(dir / "err.txt")};
         fs::remove(dir / "out.txt");
