@@ -14,6 +14,9 @@
 # Usage: scripts/test-packaging.sh [linux] [windows]   (both by default)
 set -euo pipefail
 cd "$(dirname "$0")/.."
+# debhelper reads /dev/null as an empty file: were it a plain file, what
+# others wrote to it would land in the packages' trigger lists.
+[ -c /dev/null ] || { echo "/dev/null is not the null device; restore it: rm /dev/null && mknod -m 666 /dev/null c 1 3" >&2 && exit 1; }
 root=$PWD
 version=$(sed -n 's/^project(quarnel VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)
 major=${version%%.*}
