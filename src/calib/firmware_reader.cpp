@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "diag/debug.h"
+#include "facts/block_layout.h"
 #include "platform/acpi_device.h"
 #include "quarnel/cctapi.h"
 
@@ -13,7 +14,6 @@ namespace quarnel {
 namespace {
 
 constexpr const char* kReaderVersion = "1.0.99.4";
-constexpr int kBlockBytes = 512;
 constexpr int kWordSize = 4;
 
 constexpr int32_t kReadOk = 0;
@@ -147,7 +147,7 @@ int32_t ReadDataBlock(int32_t* count, uint8_t* buffer, int32_t method) {
     if (count != nullptr) *count = static_cast<int32_t>(results);
     DebugPrint("VOK: ulOutBuffer[0] = %d > 0\n", static_cast<int32_t>(results));
     DebugMessage(L"VOK: 111111111111111111111111\n");
-    if (buffer != nullptr) std::copy_n(arguments.begin() + kWordSize, kBlockBytes, buffer);
+    if (buffer != nullptr) std::copy_n(arguments.begin() + kWordSize, facts::kBlockSize, buffer);
     UninitializeZEVACPIDevice();
     return kReadOk;
 }
