@@ -67,7 +67,8 @@ void List() {
 void AddProfileCommands(CLI::App& app, const GlobalOptions& global) {
     auto* profile = app.add_subcommand("profile", "A mode's display profile installed for the desktop through colord");
     profile->require_subcommand(1);
-    profile->footer("Example:\n  quarnel profile install slider --interval 0.7\n  quarnel profile list");
+    profile->footer(
+        "Example:\n  quarnel profile install slider --calib panel.bin --interval 0.7\n  quarnel profile list");
 
     auto install = std::make_shared<InstallCli>();
     auto* command = profile->add_subcommand("install", "Install one mode's profile as the display's default");
@@ -76,7 +77,8 @@ void AddProfileCommands(CLI::App& app, const GlobalOptions& global) {
     command->footer(
         "Writes the profile into $XDG_DATA_HOME/icc (default ~/.local/share/icc), replacing the last one\n"
         "installed for the display, and makes it the default of the display's colord device, which\n"
-        "GNOME and other colord clients then load.\nExample:\n  quarnel profile install slider --interval 0.7");
+        "GNOME and other colord clients then load.\nExample:\n  quarnel profile install slider --calib panel.bin "
+        "--interval 0.7");
     command->callback([install, &global] { Install(*install, global); });
 
     auto display = std::make_shared<colord::DisplayChoice>();
