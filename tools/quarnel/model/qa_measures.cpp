@@ -74,10 +74,14 @@ NativeMeasures MeasureNative(const PanelMeasurements& measured) {
 }
 
 double GamutCoverage(const Triangle& panel, const Triangle& reference) {
+    for (const Xy& p : panel)
+        if (!std::isfinite(p.x) || !std::isfinite(p.y)) return kNotMeasured;
     const Triangle ref = CounterClockwise(reference), own = CounterClockwise(panel);
     const double whole = Area({ref.begin(), ref.end()});
-    if (!(whole > 0)) return 0;
-    return Area(Clip({own.begin(), own.end()}, ref)) / whole;
+    if (!(whole > 0) || !(Area({own.begin(), own.end()}) > 0)) return 0;
+    // Clipping the reference by the panel keeps every vertex on the
+    // reference's edges, however far from it the panel's primaries lie.
+    return Area(Clip({ref.begin(), ref.end()}, own)) / whole;
 }
 
 double DeltaUv(const Xy& a, const Xy& b) {
