@@ -1,10 +1,28 @@
 // SPDX-License-Identifier: MIT
 #include "codec/lut_differences.h"
 
+#include <cstring>
+
 namespace quarnel::codec {
 namespace {
 constexpr int kTopLevel = kLutLevels - 1;
 constexpr int kLevelBits = 8;  // levels 0..255 fit in the low eight bits
+
+using Quad = uint32_t __attribute__((vector_size(4 * sizeof(uint32_t))));
+
+Quad LoadQuad(const int* at) {
+    Quad q;
+    std::memcpy(&q, at, sizeof q);
+    return q;
+}
+
+// Running sums within a quad: lane k gets lanes 0..k added up.
+Quad SumWithinQuad(Quad q) {
+    constexpr Quad kNone{};
+    q += __builtin_shufflevector(kNone, q, 0, 4, 5, 6);
+    return q + __builtin_shufflevector(kNone, q, 0, 1, 4, 5);
+}
+
 }  // namespace
 
 std::optional<Differences> MakeDifferences(const uint16_t* lut) {
@@ -17,36 +35,39 @@ std::optional<Differences> MakeDifferences(const uint16_t* lut) {
     return d;
 }
 
-// Each plane's 255 differences are summed in three runs of 85 side by side,
-// so that no running sum waits on the other two; each run is then raised by
-// the sums of the runs before it. The planes are summed without stopping
-// early, so the loops have no branch: the sums are ORed together as unsigned
-// values, and only sums within 0..255 leave every bit above the low eight
-// clear. The 64-bit sums cannot overflow over 255 int differences.
-std::optional<Lut16> SumDifferences(const Differences& d) {
-    constexpr int kRuns = 3;
-    constexpr int kRun = kTopLevel / kRuns;  // 85
-    static_assert(kRun * kRuns == kTopLevel);
-    Lut16 lut{};
+// A plane is summed eight differences at a time, split into the four at even
+// and the four at odd places: the running sums of their pairs are the sums at
+// the odd places, less each odd difference the sums at the even places, and
+// the two halves of a 32-bit lane, even sum low and odd sum high, are the
+// eight entries in order. The sums wrap as unsigned 32-bit values. Before its
+// first sum outside 0..255 a plane's sums are in 0..255, so that sum lies
+// within 2^31 of them and cannot wrap back into 0..255: a plane is valid
+// exactly when the OR of all its sums has no bit above the low eight and its
+// last sum is 255. Entry 0's difference is ignored: each plane's running
+// total starts at minus that difference, so that entry 0 sums to 0.
+bool SumDifferences(const Differences& d, uint16_t* lut) {
+    constexpr int kEntriesPerStep = 8;
     for (int c = 0; c < kLutPlanes; ++c) {
-        const int* plane = d.data() + LutIndex(c, 0) + 1;  // entry 0 stays 0
-        int64_t sums[kTopLevel];
-        int64_t run[kRuns] = {};
-        for (int k = 0; k < kRun; ++k)
-            for (int r = 0; r < kRuns; ++r) sums[r * kRun + k] = run[r] += plane[r * kRun + k];
-        for (int k = 0; k < kRun; ++k) {
-            sums[kRun + k] += run[0];
-            sums[2 * kRun + k] += run[0] + run[1];
+        const int* plane = d.data() + LutIndex(c, 0);
+        uint16_t* out = lut + LutIndex(c, 0);
+        Quad below = Quad{} - static_cast<uint32_t>(plane[0]);
+        Quad seen{};
+        for (int i = 0; i < kLutLevels; i += kEntriesPerStep) {
+            const Quad low = LoadQuad(plane + i);
+            const Quad high = LoadQuad(plane + i + 4);
+            const Quad even = __builtin_shufflevector(low, high, 0, 2, 4, 6);
+            const Quad odd = __builtin_shufflevector(low, high, 1, 3, 5, 7);
+            const Quad oddSums = SumWithinQuad(even + odd) + below;
+            const Quad evenSums = oddSums - odd;
+            below = __builtin_shufflevector(oddSums, oddSums, 3, 3, 3, 3);
+            seen |= evenSums | oddSums;
+            const Quad entries = (evenSums << kLevelBits) | (oddSums << (16 + kLevelBits));
+            std::memcpy(out + i, &entries, sizeof entries);
         }
-        uint16_t* out = lut.data() + LutIndex(c, 0) + 1;
-        uint64_t seen = 0;
-        for (int i = 0; i < kTopLevel; ++i) {
-            seen |= static_cast<uint64_t>(sums[i]);
-            out[i] = static_cast<uint16_t>(sums[i] * kLutStep);
-        }
-        if ((seen >> kLevelBits) != 0 || sums[kTopLevel - 1] != kTopLevel) return std::nullopt;
+        seen >>= kLevelBits;
+        if ((seen[0] | seen[1] | seen[2] | seen[3]) != 0 || below[0] != kTopLevel) return false;
     }
-    return lut;
+    return true;
 }
 
 }  // namespace quarnel::codec

@@ -16,8 +16,9 @@ using Differences = std::array<int, kLutEntries>;
 // The differences of `lut`, or nothing when entry 0 of a plane is not 0.
 std::optional<Differences> MakeDifferences(const uint16_t* lut);
 
-// Adds the differences up into 16-bit entries, or nothing when a plane does
-// not start at 0 or does not end at 8-bit full scale.
-std::optional<Lut16> SumDifferences(const Differences& d);
+// Adds the differences up into the 16-bit entries of `lut` (768 of them);
+// false, with `lut` partly written, when a plane's sums leave 0..255 or do
+// not end at 255. Entry 0 of each plane is 0 whatever its difference.
+bool SumDifferences(const Differences& d, uint16_t* lut);
 
 }  // namespace quarnel::codec

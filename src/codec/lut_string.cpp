@@ -60,9 +60,10 @@ int32_t LoadLut(uint16_t* lut, const uint8_t* string, int32_t count, int32_t met
     Differences d;
     d.fill(1);
     if (!DecodeString(string, count, method, d)) return kStringFailed;
-    const auto values = SumDifferences(d);
-    if (!values || count != kLutEntries) return kStringFailed;
-    std::copy(values->begin(), values->end(), lut);
+    // Summed apart from `lut`, which a string that does not sum up leaves untouched.
+    Lut16 values;
+    if (!SumDifferences(d, values.data()) || count != kLutEntries) return kStringFailed;
+    std::copy(values.begin(), values.end(), lut);
     return 0;
 }
 
