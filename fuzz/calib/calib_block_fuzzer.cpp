@@ -19,7 +19,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
     device.data = data;
     device.size = size;
 
+    quarnel::Lut16 gammaLut{};
     auto factory = std::make_unique<quarnel::FactoryData>();
+    factory->gammaLut = gammaLut.data();
     quarnel::ToneModel tone;
     quarnel::FactoryTargets targets;
     quarnel::GetBIOSInfo({}, *factory, tone, targets);

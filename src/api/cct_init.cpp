@@ -45,17 +45,16 @@ void ValidateIcc(CctContext& ctx) {
     }
 }
 
-// GetBIOSInfo on the record: reads fromBios, bios, biosVer, gammaK and
-// gammaLut in and writes them back, with the block's targets and tone model.
+// GetBIOSInfo on the record: reads fromBios, bios, biosVer and gammaK in and
+// writes them back, decodes the factory LUT straight into gammaLut, and
+// fills the block's targets and tone model.
 void ReadFactoryData(CctContext& ctx, ToneModel& tone, FactoryTargets& targets) {
-    FactoryData data{ctx.fromBios, TableOf(ctx.bios), ctx.biosVer, ctx.gammaK, {}};
-    std::copy_n(&ctx.gammaLut[0][0], kLutEntries, data.gammaLut.begin());
+    FactoryData data{ctx.fromBios, TableOf(ctx.bios), ctx.biosVer, ctx.gammaK, &ctx.gammaLut[0][0]};
     GetBIOSInfo(SourceOf(ctx), data, tone, targets);
     ctx.fromBios = data.fromBios;
     std::copy_n(&data.bios.row[0][0], 4 * 3, &ctx.bios[0][0]);
     ctx.biosVer = data.biosVer;
     ctx.gammaK = data.gammaK;
-    std::copy(data.gammaLut.begin(), data.gammaLut.end(), &ctx.gammaLut[0][0]);
 }
 
 // Reads fromBios, bios or icc, biosVer, gammaK, lutApiType and the base

@@ -37,10 +37,10 @@ void FillTone(const BiosData& data, ToneModel& tone) {
     tone.toneModelReady = 1;
 }
 
-bool DecodeGammaLut(const BiosData& data, Lut16& gammaLut) {
+bool DecodeGammaLut(const BiosData& data, uint16_t* gammaLut) {
     // The string starts with its own length byte, as the encoder wrote it.
     if (data.lutString.empty()) return false;
-    return codec::LoadLut(gammaLut.data(), data.lutString.data(), kLutEntries, data.useMethod) == 0;
+    return codec::LoadLut(gammaLut, data.lutString.data(), kLutEntries, data.useMethod) == 0;
 }
 
 }  // namespace

@@ -35,7 +35,9 @@ struct ToneModel {
     // 0 selects the sRGB transfer; any other value a pure power law.
     double targetGamma = 0.0;
     int32_t blackThreshold = 0;
-    GammaTable gammaTable{};
+    // Written whole by BuildFactoryGammaTable and read only after it: not
+    // cleared beforehand, since most initialisations never build it.
+    GammaTable gammaTable;
 };
 
 }  // namespace quarnel

@@ -63,7 +63,7 @@ protected:
 
     std::string Info(const std::string& title) {
         data_.biosVer = data_.fromBios = 77, data_.gammaK = 0;
-        data_.gammaLut.fill(kUntouchedEntry);
+        gammaLut_.fill(kUntouchedEntry);
         tone_ = {}, targets_ = {};
         std::string text = Said([&] { GetBIOSInfo(source_, data_, tone_, targets_); });
         const ToneChannel* channels[3] = {&tone_.toneR, &tone_.toneG, &tone_.toneB};
@@ -73,7 +73,7 @@ protected:
                    targets_.defaultWhite[1]) +
                RowOf(tone_.levels.data(), 7);
         for (const ToneChannel* c : channels) text += RowOf(c->data(), c->size());
-        const Lut16& g = data_.gammaLut;
+        const Lut16& g = gammaLut_;
         return text + Row("gamma", g[LutIndex(0, 0)], g[LutIndex(1, 100)], g[LutIndex(2, 255)]);
     }
 
@@ -83,7 +83,8 @@ protected:
     platform::ScopedDisplaySystem scope_{display_};
     test::DebugCapture debug_;
     quarnel::CalibrationSource source_{};
-    FactoryData data_;
+    Lut16 gammaLut_{};
+    FactoryData data_{0, {}, 0, 0, gammaLut_.data()};
     ToneModel tone_{};
     FactoryTargets targets_{};
 };
