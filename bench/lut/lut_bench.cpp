@@ -11,6 +11,7 @@
 #include "color/apply_gains.h"
 #include "core/constants.h"
 #include "core/lut16.h"
+#include "forced_form.h"
 #include "lut/bright_ctrl.h"
 #include "lut/convert.h"
 #include "lut/improve.h"
@@ -33,7 +34,10 @@ struct Outputs {
     std::array<float, 2 * kNvFloatsPerArray> nv{};
 };
 
+// Arguments: the lut api type and the form of the LUT loops.
 void BM_LutConvert(benchmark::State& state) {
+    const ForcedForm form(state, state.range(1));
+    if (!form) return;
     const auto in = WarmLut();
     Outputs out;
     QuietStdout quiet;
@@ -95,7 +99,9 @@ void BM_ApplyGains(benchmark::State& state) {
 BENCHMARK(BM_LutImprove);
 BENCHMARK(BM_ApplyGains);
 BENCHMARK(BM_LutLinInterp8Bit);
-BENCHMARK(BM_LutConvert)->ArgName("type")->DenseRange(0, 5);
+BENCHMARK(BM_LutConvert)->ArgNames({"type", "form"})->Apply([](auto* b) {
+    for (int64_t type = 0; type <= 5; ++type) EveryForm(b, {type});
+});
 BENCHMARK(BM_LutBrightCtrl);
 
 }  // namespace quarnel::bench
