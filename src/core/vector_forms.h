@@ -47,4 +47,20 @@ struct LoopForms<Kernel, void (*)(Args...)> {
     static constexpr void (*kEntries[kVectorFormCount])(Args...) = {Baseline, Avx2};
 };
 
+// How many doubles one of the form's vectors holds.
+template <VectorForm Form>
+inline constexpr std::size_t kDoubleLanes = Form == VectorForm::kAvx2 ? 4 : 2;
+
+// The entry points of a kernel that lays its data out for its form's vector
+// width: Kernel<Form>::Run, written once, one entry per form.
+template <template <VectorForm> class Kernel, typename Signature = decltype(&Kernel<VectorForm::kBaseline>::Run)>
+struct WidthForms;
+
+template <template <VectorForm> class Kernel, typename... Args>
+struct WidthForms<Kernel, void (*)(Args...)> {
+    static void Baseline(Args... args) { Kernel<VectorForm::kBaseline>::Run(args...); }
+    QUARNEL_AVX2 static void Avx2(Args... args) { Kernel<VectorForm::kAvx2>::Run(args...); }
+    static constexpr void (*kEntries[kVectorFormCount])(Args...) = {Baseline, Avx2};
+};
+
 }  // namespace quarnel

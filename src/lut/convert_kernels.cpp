@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstring>
+#include <type_traits>
 
 #include "core/constants.h"
 #include "core/full_scale.h"
@@ -54,62 +55,13 @@ QUARNEL_KERNEL void SrgbLut16(const uint16_t* inLut, uint16_t* outLut) {
 }
 
 // The normalised levels as the post-gamma points read them: each level
-// twice over (red, green, blue, red, green, blue), so that its three
-// rotations, (r g b r), (g b r g) and (b r g b), are plain loads at its
-// first, second and third double and take no shuffle.
+// twice over (red, green, blue, red, green, blue), so that a run of its
+// channels starting at any of the three is a plain load.
 inline constexpr std::size_t kRepeatedLevel = 2 * kPlanes;
-// Levels 0 to 255 and the repeat of the top above them; the last store's
-// spare lane lands one double past the last level.
-inline constexpr std::size_t kRepeatedDoubles = (kLevels + 1) * kRepeatedLevel + 1;
-
-QUARNEL_KERNEL void StoreRepeated(const Level& v, double* level) {
-    std::memcpy(level, &v, sizeof v);
-    std::memcpy(level + kPlanes, &v, sizeof v);  // its red overwrites the first store's spare lane
-}
+// Levels 0 to 255 and the repeat of the top above them.
+inline constexpr std::size_t kRepeatedDoubles = (kLevels + 1) * kRepeatedLevel;
 
 QUARNEL_KERNEL void LoadLevel(const double* at, Level& v) { std::memcpy(&v, at, sizeof v); }
-
-// The re-sampled levels over the full scale, the top level repeated above
-// the top. The top level reads the level below it (its encoded level comes
-// out a hair under 255), so the source stays as it is until every level is
-// done.
-QUARNEL_KERNEL void Normalise(const Level* source, double* repeated) {
-    const SrgbTaps& taps = Srgb();
-    Level v;
-    for (std::size_t i = 0; i < kLevels; ++i) {
-        Resample(taps, source, i, v);
-        DivideByFullScale(v);
-        StoreRepeated(v, repeated + i * kRepeatedLevel);
-    }
-    StoreRepeated(v, repeated + kLevels * kRepeatedLevel);
-}
-
-// Point j of level k: a + (b - a) x f[j], b the level above, as floats. The
-// lanes of a, b and f are placed for the points' twelve floats (see
-// NvTaps).
-QUARNEL_KERNEL void PostGamma(const double* repeated, float* post) {
-    const NvTaps& t = Nv();
-#pragma GCC unroll 5
-    for (std::size_t k = 0; k < kTopLevel; ++k) {
-        const double* a = repeated + k * kRepeatedLevel;
-        const double* b = a + kRepeatedLevel;
-        Level a0, a1, a2, b0, b1, b2;
-        LoadLevel(a, a0);
-        LoadLevel(a + 1, a1);
-        LoadLevel(a + 2, a2);
-        LoadLevel(b, b0);
-        LoadLevel(b + 1, b1);
-        LoadLevel(b + 2, b2);
-        const Level* f = &t.spread[kRotations * k];
-        const LevelFloats p0 = __builtin_convertvector(a0 + (b0 - a0) * f[0], LevelFloats);
-        const LevelFloats p1 = __builtin_convertvector(a1 + (b1 - a1) * f[1], LevelFloats);
-        const LevelFloats p2 = __builtin_convertvector(a2 + (b2 - a2) * f[2], LevelFloats);
-        float* out = post + t.first[k] * kPlanes;
-        std::memcpy(out, &p0, sizeof p0);
-        std::memcpy(out + kLanes, &p1, sizeof p1);
-        std::memcpy(out + 2 * kLanes, &p2, sizeof p2);
-    }
-}
 
 // A single point of level k (a fifth point, or the top level's only one).
 QUARNEL_KERNEL void RepeatedPoint(const double* repeated, std::size_t k, std::size_t j, float* post) {
@@ -119,23 +71,109 @@ QUARNEL_KERNEL void RepeatedPoint(const double* repeated, std::size_t k, std::si
     PostGammaPoint(a, b, j, post);
 }
 
-// Re-samples through the sRGB encoding, normalises and interpolates the
-// 1024 post-gamma points; the pre-gamma array is the fixed decoding ramp.
-// Above the top the level repeats, so the last point adds a zero rise.
-QUARNEL_KERNEL void Nvidia(const uint16_t* inLut, float* outNv) {
-    Level source[kLevels + 1];
-    ToLevels(inLut, source);
-    double repeated[kRepeatedDoubles];
-    Normalise(source, repeated);
+// The conversion in pieces of the form's own vectors: four doubles in AVX2,
+// two in the baseline form, which would otherwise move every four-lane
+// value it loads or stores at an odd place through memory.
+template <VectorForm Form>
+struct NvidiaKernel {
+    static constexpr std::size_t kWidth = kDoubleLanes<Form>;
+    using Doubles = std::conditional_t<kWidth == kLanes, Level, Half>;
 
-    std::memcpy(outNv, NvPreGamma().data(), sizeof(float) * kNvFloatsPerArray);
-    float* post = outNv + kNvFloatsPerArray;
-    PostGamma(repeated, post);
-    const NvTaps& t = Nv();
-    for (std::size_t n = 0; n < t.fifthCount; ++n)
-        RepeatedPoint(repeated, t.fifth[n], t.first[t.fifth[n]] + kLanes, post);
-    RepeatedPoint(repeated, kTopLevel, kPoints - 1, post);
-}
+    QUARNEL_KERNEL static void Load(const double* at, Doubles& v) { std::memcpy(&v, at, sizeof v); }
+    QUARNEL_KERNEL static void Store(const Doubles& v, double* at) { std::memcpy(at, &v, sizeof v); }
+
+    // Level v (its pieces) twice over. In four lanes the second copy's red
+    // overwrites the first copy's spare lane; in two, the level's pairs are
+    // (r g), (b r) and (g b).
+    QUARNEL_KERNEL static void StoreRepeated(const Doubles (&v)[kLanes / kWidth], double* level) {
+        if constexpr (kWidth == kLanes) {
+            Store(v[0], level);
+            Store(v[0], level + kPlanes);
+        } else {
+            Store(v[0], level);
+            Store(__builtin_shufflevector(v[1], v[0], 0, 2), level + kWidth);
+            Store(__builtin_shufflevector(v[0], v[1], 1, 2), level + 2 * kWidth);
+        }
+    }
+
+    // The re-sampled levels over the full scale, the top level repeated
+    // above the top. Each level is worked a piece at a time, straight from
+    // the source's doubles.
+    QUARNEL_KERNEL static void Normalise(const Level* levels, double* repeated) {
+        const SrgbTaps& taps = Srgb();
+        const auto* source = reinterpret_cast<const double*>(levels);
+        for (std::size_t i = 0; i < kLevels; ++i) {
+            const double* a = source + taps.lo[i] * kLanes;
+            Doubles v[kLanes / kWidth];
+            for (std::size_t h = 0; h < kLanes / kWidth; ++h) {
+                Doubles pa, pb;
+                Load(a + h * kWidth, pa);
+                Load(a + kLanes + h * kWidth, pb);
+                v[h] = pa + (pb - pa) * taps.f[i];
+                DivideByFullScale(v[h]);
+            }
+            StoreRepeated(v, repeated + i * kRepeatedLevel);
+        }
+        std::memcpy(repeated + kLevels * kRepeatedLevel, repeated + kTopLevel * kRepeatedLevel,
+                    sizeof(double) * kRepeatedLevel);
+    }
+
+    // One piece of a level's points from float n on, a + (b - a) x f with b
+    // the level above. A piece starting at float n starts at channel
+    // n mod 3, where the repeated level holds it in the piece's lane order;
+    // its fractions are in the same order (see NvTaps).
+    QUARNEL_KERNEL static void Piece(const double* a, const double* b, const double* f, std::size_t n, Doubles& p) {
+        Doubles pa, pb, pf;
+        Load(a + n % kPlanes, pa);
+        Load(b + n % kPlanes, pb);
+        Load(f + n, pf);
+        p = pa + (pb - pa) * pf;
+    }
+
+    // A level's first four points as twelve floats, four at a time.
+    QUARNEL_KERNEL static void PostGamma(const double* repeated, float* post) {
+        const NvTaps& t = Nv();
+#pragma GCC unroll 5
+        for (std::size_t k = 0; k < kTopLevel; ++k) {
+            const double* a = repeated + k * kRepeatedLevel;
+            const double* b = a + kRepeatedLevel;
+            const double* f = &t.spread[kSpreadPerLevel * k];
+            float* out = post + t.first[k] * kPlanes;
+            for (std::size_t n = 0; n < kSpreadPerLevel; n += kLanes) {
+                Level p;
+                if constexpr (kWidth == kLanes) {
+                    Piece(a, b, f, n, p);
+                } else {
+                    Doubles low, high;
+                    Piece(a, b, f, n, low);
+                    Piece(a, b, f, n + kWidth, high);
+                    p = __builtin_shufflevector(low, high, 0, 1, 2, 3);
+                }
+                const LevelFloats floats = __builtin_convertvector(p, LevelFloats);
+                std::memcpy(out + n, &floats, sizeof floats);
+            }
+        }
+    }
+
+    // Re-samples through the sRGB encoding, normalises and interpolates the
+    // 1024 post-gamma points; the pre-gamma array is the fixed decoding
+    // ramp. Above the top the level repeats, so the last point adds a zero
+    // rise.
+    QUARNEL_KERNEL static void Run(const uint16_t* inLut, float* outNv) {
+        Level source[kLevels + 1];
+        ToLevels(inLut, source);
+        alignas(sizeof(Level)) double repeated[kRepeatedDoubles];
+        Normalise(source, repeated);
+
+        std::memcpy(outNv, NvPreGamma().data(), sizeof(float) * kNvFloatsPerArray);
+        float* post = outNv + kNvFloatsPerArray;
+        PostGamma(repeated, post);
+        const NvTaps& t = Nv();
+        for (std::size_t n = 0; n < t.fifthCount; ++n)
+            RepeatedPoint(repeated, t.fifth[n], t.first[t.fifth[n]] + kLanes, post);
+        RepeatedPoint(repeated, kTopLevel, kPoints - 1, post);
+    }
+};
 
 QUARNEL_KERNEL void Igcl(const uint16_t* inLut, double* outIgcl) {
     for (std::size_t k = 0; k < kLevels * kPlanes; ++k) {
@@ -149,7 +187,7 @@ QUARNEL_KERNEL void Igcl(const uint16_t* inLut, double* outIgcl) {
 
 void ConvertSrgbLut16(const uint16_t* inLut, uint16_t* outLut) { platform::RunLoop<SrgbLut16>(inLut, outLut); }
 
-void ConvertNvidia(const uint16_t* inLut, float* outNv) { platform::RunLoop<Nvidia>(inLut, outNv); }
+void ConvertNvidia(const uint16_t* inLut, float* outNv) { platform::RunLoop<NvidiaKernel>(inLut, outNv); }
 
 void ConvertIgcl(const uint16_t* inLut, double* outIgcl) { platform::RunLoop<Igcl>(inLut, outIgcl); }
 

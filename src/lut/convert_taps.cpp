@@ -37,11 +37,8 @@ void PlacePoints(NvTaps& taps) {
 
 void SpreadFractions(NvTaps& taps) {
     for (std::size_t k = 0; k < kTopLevel; ++k) {
-        const double* f = &taps.f[taps.first[k]];
-        Level* spread = &taps.spread[kRotations * k];
-        spread[0] = Level{f[0], f[0], f[0], f[1]};
-        spread[1] = Level{f[1], f[1], f[2], f[2]};
-        spread[2] = Level{f[2], f[3], f[3], f[3]};
+        for (std::size_t n = 0; n < kSpreadPerLevel; ++n)
+            taps.spread[kSpreadPerLevel * k + n] = taps.f[taps.first[k] + n / kLutPlanes];
         if (taps.first[k + 1] - taps.first[k] > static_cast<int>(kLanes))
             taps.fifth[taps.fifthCount++] = static_cast<uint8_t>(k);
     }

@@ -28,17 +28,16 @@ struct SrgbTaps {
 // for levels 0, 85 and 170, and one (the last point) for the top level.
 //
 // A level's first four points are twelve floats, red, green and blue in
-// turn, written as three vectors: (r0 g0 b0 r1), (g1 b1 r2 g2) and
-// (b2 r3 g3 b3). `spread` holds their fractions in that order, three vectors
-// per level below the top, level after level: where a level has four
-// points, its fractions and the next level's are the 24 in the points'
-// order. `fifth` lists the levels with a fifth point.
-inline constexpr std::size_t kRotations = 3;
+// turn. `spread` holds their fractions in the same order, twelve per level
+// below the top, level after level: where a level has four points, its
+// fractions and the next level's are the 24 in the points' order. `fifth`
+// lists the levels with a fifth point.
+inline constexpr std::size_t kSpreadPerLevel = kLanes * kLutPlanes;
 
 struct NvTaps {
     std::array<uint16_t, kLutLevels + 1> first;
     std::array<double, kNvPoints> f;
-    std::array<Level, kRotations * kTopLevel> spread;
+    alignas(sizeof(Level)) std::array<double, kSpreadPerLevel * kTopLevel> spread;
     std::array<uint8_t, kLutLevels> fifth;
     std::size_t fifthCount;
 };

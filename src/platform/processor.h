@@ -23,6 +23,12 @@ void RunLoop(Args&&... args) {
     LoopForms<Kernel>::kEntries[static_cast<std::size_t>(ActiveVectorForm())](std::forward<Args>(args)...);
 }
 
+// Runs a kernel that follows its form's vector width in the active form.
+template <template <VectorForm> class Kernel, typename... Args>
+void RunLoop(Args&&... args) {
+    WidthForms<Kernel>::kEntries[static_cast<std::size_t>(ActiveVectorForm())](std::forward<Args>(args)...);
+}
+
 // Test and benchmark seam: forces a form for the object's lifetime. Only a
 // form the processor runs may be forced.
 using ScopedVectorForm = ScopedOverride<const VectorForm>;
