@@ -164,8 +164,9 @@ bool SearchLuminance(GainSolverState& s) {
     return true;
 }
 
-// Applies the luminance floor; false when the solve has to fall back.
-bool KeepAboveFloor(GainSolverState& s, GainRequest& r) {
+// Sets the luminance floor; false when it lies at or above native white,
+// where the solve ends in native white whatever the gains would have been.
+bool PlaceFloor(GainSolverState& s, const GainRequest& r) {
     s.lumFloor = LuminanceFloor(r, s.nativeY);
     if (s.lumFloor < 0.0) {
         s.flags |= kGainFloorClamped;
@@ -175,6 +176,11 @@ bool KeepAboveFloor(GainSolverState& s, GainRequest& r) {
         s.flags |= kGainFloorClamped | kGainFellBack;
         return false;
     }
+    return true;
+}
+
+// Keeps the solved white above the floor; false when the solve has to fall back.
+bool KeepAboveFloor(GainSolverState& s, GainRequest& r) {
     if (s.lumFloor == 0.0 || !(s.lumFloor > s.resultY) || !(s.resultY > kSearchMinResultY)) return true;
     if (!SearchLuminance(s) || Distance(Target(s), NativeWhite(s)) < kSearchResolution) {
         s.flags |= kGainFellBack;
@@ -186,7 +192,7 @@ bool KeepAboveFloor(GainSolverState& s, GainRequest& r) {
 
 // Places, walks and solves the target under the floor; false when the solve
 // has to end in native white.
-bool Solve(GainSolverState& s, GainRequest& r) {
+bool Solve(GainSolverState& s, GainRequest& r, const SolverRows& rows) {
     const double whiteY = r.primaryXyz[kWhite][kColumnY];
     const double primariesY =
         r.primaryXyz[kRed][kColumnY] + r.primaryXyz[kGreen][kColumnY] + r.primaryXyz[kBlue][kColumnY];
@@ -194,12 +200,14 @@ bool Solve(GainSolverState& s, GainRequest& r) {
         s.flags |= kGainZeroSum;
         return false;
     }
-    for (int row = kRed; row <= kWhite; ++row) s.point[row] = Chromaticity(s, r.primaryXyz[row]);
-    if (!IsInsideGamut(s, NativeWhite(s))) {
+    std::copy_n(rows.point, 4, s.point);
+    s.flags |= rows.pointFlags;
+    if (!rows.nativeInside) {
         s.flags |= kGainNativeOutside;
         return false;
     }
-    s.nativeCct = CctFromXy(s, NativeWhite(s));
+    s.nativeCct = rows.nativeCct;
+    s.flags |= rows.nativeCctFlags;
     if (!PlaceTarget(s, r)) return false;
     s.cct = CctFromXy(s, Target(s));
     if (!WalkIntoGamut(s, r)) {
@@ -207,13 +215,35 @@ bool Solve(GainSolverState& s, GainRequest& r) {
         return false;
     }
     s.nativeY = whiteY;
+    if (!PlaceFloor(s, r)) return false;
     SolveWhiteGains(s, Target(s), r.gain);
     return KeepAboveFloor(s, r);
 }
 
 }  // namespace
 
+SolverRows PrepareRows(const double primaryXyz[4][3]) {
+    SolverRows rows;
+    GainSolverState scratch;
+    for (int row = kRed; row <= kWhite; ++row)
+        rows.point[row] = scratch.point[row] = Chromaticity(scratch, primaryXyz[row]);
+    rows.pointFlags = scratch.flags;
+    rows.nativeInside = IsInsideGamut(scratch, NativeWhite(scratch));
+    scratch.flags = 0;
+    rows.nativeCct = CctFromXy(scratch, NativeWhite(scratch));
+    rows.nativeCctFlags = scratch.flags;
+    return rows;
+}
+
 void CalcGain(GainSolverState& state, GainRequest* request) {
+    if (request == nullptr) {
+        state.flags = kGainNullRequest;
+        return;
+    }
+    CalcGain(state, request, PrepareRows(request->primaryXyz));
+}
+
+void CalcGain(GainSolverState& state, GainRequest* request, const SolverRows& rows) {
     state.flags = 0;
     if (request == nullptr) {
         state.flags = kGainNullRequest;
@@ -221,7 +251,7 @@ void CalcGain(GainSolverState& state, GainRequest* request) {
     }
     request->warnFlags = 0;
     request->errorFlags = 0;
-    if (!Solve(state, *request) || (state.flags & kGainFellBack) != 0) {
+    if (!Solve(state, *request, rows) || (state.flags & kGainFellBack) != 0) {
         FallBackToNative(state, *request);
         return;
     }

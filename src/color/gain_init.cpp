@@ -41,14 +41,15 @@ void SetTarget(GainRequest& r, Xy p) {
 }
 
 // Solves, prints the status words under `name` when one is given, and keeps the gains.
-void Solve(GainSolverState& s, GainRequest& r, const char* name, GainTriple& out) {
-    CalcGain(s, &r);
+void Solve(GainSolverState& s, GainRequest& r, const SolverRows& prepared, const char* name, GainTriple& out) {
+    CalcGain(s, &r, prepared);
     if (name != nullptr)
         DebugPrint("; VOK: %s Gain E(%d) W(%d)\n", name, static_cast<int>(r.errorFlags), static_cast<int>(r.warnFlags));
     std::copy_n(r.gain, 3, out.begin());
 }
 
-void SolveNormal(const GainInitInput& in, bool useFixedTarget, GainSolverState& s, ModeGains& gains) {
+void SolveNormal(const GainInitInput& in, const SolverRows& prepared, bool useFixedTarget, GainSolverState& s,
+                 ModeGains& gains) {
     GainRequest r = RequestFor(in.rows);
     if (in.biosVer < kTargetsVersion) {
         SetTarget(r, {kOldDefaultWhite, kOldDefaultWhite});
@@ -62,28 +63,30 @@ void SolveNormal(const GainInitInput& in, bool useFixedTarget, GainSolverState& 
         SetTarget(r, kFixedTarget);
         if (in.biosVer >= kTargetsVersion) r.lumMode = kFloorNone;
     }
-    Solve(s, r, "DEF", gains.normal);
+    Solve(s, r, prepared, "DEF", gains.normal);
 }
 
 // Warm and cold lie 1000 K either side of the normal white's temperature,
 // which the solver always reports inside 2222..13000 K.
-void SolveSliderEnds(const XyzTable& rows, int32_t normalCct, GainSolverState& s, ModeGains& gains) {
+void SolveSliderEnds(const XyzTable& rows, const SolverRows& prepared, int32_t normalCct, GainSolverState& s,
+                     ModeGains& gains) {
     GainRequest r = RequestFor(rows);
     r.targetMode = kTargetAbsoluteCct;
     r.targetCct = normalCct - kSliderSpanKelvin;
-    Solve(s, r, "Warm", gains.warm);
+    Solve(s, r, prepared, "Warm", gains.warm);
     r.warnFlags = r.errorFlags = 0;
     r.targetCct = normalCct + kSliderSpanKelvin;
-    Solve(s, r, "Cold", gains.cold);
+    Solve(s, r, prepared, "Cold", gains.cold);
 }
 
-void SolveReading(const XyzTable& rows, const ReadingTargets& t, GainSolverState& s, bool print, ModeGains& gains) {
+void SolveReading(const XyzTable& rows, const SolverRows& prepared, const ReadingTargets& t, GainSolverState& s,
+                  bool print, ModeGains& gains) {
     GainRequest r = RequestFor(rows);
     SetTarget(r, t.weak);
-    Solve(s, r, print ? "RdW" : nullptr, gains.readWeak);
+    Solve(s, r, prepared, print ? "RdW" : nullptr, gains.readWeak);
     r.warnFlags = r.errorFlags = 0;
     SetTarget(r, t.strong);
-    Solve(s, r, print ? "RdS" : nullptr, gains.readStrong);
+    Solve(s, r, prepared, print ? "RdS" : nullptr, gains.readStrong);
 }
 
 ModeGains SolveFromFactory(const GainInitInput& in, bool useFixedTarget) {
@@ -91,13 +94,14 @@ ModeGains SolveFromFactory(const GainInitInput& in, bool useFixedTarget) {
     ModeGains gains;
     GainSolverState normal = NewState();
     GainSolverState other = NewState();
-    SolveNormal(in, useFixedTarget, normal, gains);
-    SolveSliderEnds(in.rows, normal.cct, other, gains);
+    const SolverRows prepared = PrepareRows(in.rows.row);
+    SolveNormal(in, prepared, useFixedTarget, normal, gains);
+    SolveSliderEnds(in.rows, prepared, normal.cct, other, gains);
 
     other.flags = 0;
     ReadingTargets reading;
     CalcReadingTargets({normal.targetX, normal.targetY}, kReadingLineStart, kReadingLineEnd, reading);
-    SolveReading(in.rows, reading, other, true, gains);
+    SolveReading(in.rows, prepared, reading, other, true, gains);
     return gains;
 }
 
@@ -105,14 +109,15 @@ ModeGains SolveFromTable(const XyzTable& rows) {
     DebugMessage(L"VOK: No Factory Calibration Data\n");
     ModeGains gains;
     GainSolverState s = NewState();
+    const SolverRows prepared = PrepareRows(rows.row);
     GainRequest r = RequestFor(rows);
     r.targetMode = kTargetNativeOffset;
     DebugMessage(L"VOK: Calculate Warm gain\n");
     r.cctOffset = -kSliderSpanKelvin;
-    Solve(s, r, nullptr, gains.warm);
+    Solve(s, r, prepared, nullptr, gains.warm);
     DebugMessage(L"VOK: Calculate Cold gain\n");
     r.cctOffset = kSliderSpanKelvin;
-    Solve(s, r, nullptr, gains.cold);
+    Solve(s, r, prepared, nullptr, gains.cold);
     gains.normal.fill(1.0);
 
     DebugMessage(L"VOK: Calculate Read mode target\n");
@@ -121,7 +126,7 @@ ModeGains SolveFromTable(const XyzTable& rows) {
     ReadingTargets reading;
     CalcReadingTargets({white[0] / sum, white[1] / sum}, kReadingLineStart, kReadingLineEnd, reading);
     DebugMessage(L"VOK: Calculate Read mode gain\n");
-    SolveReading(rows, reading, s, false, gains);
+    SolveReading(rows, prepared, reading, s, false, gains);
     return gains;
 }
 

@@ -107,6 +107,12 @@ TEST(CalcGain, FailuresFallbacksLociWalksAndFloors) {
              r = Daylight(test::Panel({0.66, 0.32, 55}, {0.31, 0.61, 210}, {0.15, 0.06, 20}), 6500);
          }},
         {"fallback mode 5", [](GainRequest& r) { r.targetCct = 9300, r.targetMode = 5; }},
+        {"native white beyond 13000 K",
+         [](GainRequest& r) {
+             test::SetRow(r, kWhite, {0.26, 0.27, 300.0});
+         }},
+        {"red summing to 0",
+         [](GainRequest& r) { r.primaryXyz[kRed][2] = -r.primaryXyz[kRed][0] - r.primaryXyz[kRed][1]; }},
     };
     std::string text;
     const Lut16 src = test::PanelLikeLut();
