@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 // The LUT steps on their own, so that a request's time over its floor can be
 // traced to the step that spends it: the driver conversion for every lut api
-// type, the improvement at a version-7 step and the brightness control.
+// type, the improvement at a version-7 step, the VX modes' tone curve and the
+// brightness control.
 
 #include <benchmark/benchmark.h>
 
@@ -13,8 +14,10 @@
 #include "core/lut16.h"
 #include "forced_form.h"
 #include "lut/bright_ctrl.h"
+#include "lut/compose.h"
 #include "lut/convert.h"
 #include "lut/improve.h"
+#include "lut/vivid.h"
 #include "quiet_stdout.h"
 
 namespace quarnel::bench {
@@ -94,9 +97,32 @@ void BM_ApplyGains(benchmark::State& state) {
     }
 }
 
+// The VX modes' tone step: a table re-indexed through the vivid curve
+// (its places fixed), and through a caller's curve (its places worked out
+// each time).
+void BM_ComposeVivid(benchmark::State& state) {
+    const auto in = WarmLut();
+    std::array<uint16_t, kLutEntries> out{};
+    for (auto _ : state) {
+        ComposeAt(VividPlaces(), in.data(), out.data());
+        benchmark::ClobberMemory();
+    }
+}
+
+void BM_ComposeLut(benchmark::State& state) {
+    const auto in = WarmLut();
+    std::array<uint16_t, kLutEntries> out{};
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(ComposeLut(kComposeScaled, VividCurve().data(), in.data(), out.data()));
+        benchmark::ClobberMemory();
+    }
+}
+
 }  // namespace
 
 BENCHMARK(BM_LutImprove);
+BENCHMARK(BM_ComposeVivid);
+BENCHMARK(BM_ComposeLut);
 BENCHMARK(BM_ApplyGains);
 BENCHMARK(BM_LutLinInterp8Bit);
 BENCHMARK(BM_LutConvert)->ArgNames({"type", "form"})->Apply([](auto* b) {

@@ -11,6 +11,7 @@
 #include "api/vx_mode_lut.h"
 #include "diag/debug.h"
 #include "diag/trace.h"
+#include "lut/compose.h"
 #include "lut/vivid.h"
 #include "quarnel/cctapi.h"
 
@@ -35,7 +36,9 @@ static_assert(std::size(kCurveModeNames) == CCTAPI_VX_MODE_LAST - CCTAPI_VX_MODE
 int32_t RunCurveMode(CctContext& ctx, int32_t mode, const uint16_t* vxInput) {
     const CurveModeName& name = kCurveModeNames[mode - CCTAPI_VX_MODE_FIRST];
     DebugMessage(name.wide);
-    GetVxModeLut(ctx, vxInput);
+    ComposePlaces tone;
+    ComposePlacesOf(kComposeScaled, vxInput, tone);
+    GetVxModeLut(ctx, tone);
     DumpLut(&ctx, "CCTAPI_VX (lut before LutConvert())");
     BrightenOutLut(ctx);
     DumpLut(&ctx, "CCTAPI_GET_LUT (lut after LutBrightCtrl())");
@@ -48,7 +51,7 @@ int32_t RunCurveMode(CctContext& ctx, int32_t mode, const uint16_t* vxInput) {
 
 int32_t RunVividMode(CctContext& ctx, const uint16_t* vxInput) {
     DebugMessage(L"; VOK: CCTAPI_VX_VIVID_MODE\n");
-    GetVxModeLut(ctx, VividCurve().data());
+    GetVxModeLut(ctx, VividPlaces());
     DumpLut(&ctx, "CCTAPI_VX_VIVID_MODE (lut before LutConvert())");
     BrightenOutLut(ctx);
     DumpLut(&ctx, "CCTAPI_GET_LUT (lut after LutBrightCtrl())");

@@ -12,14 +12,14 @@
 
 namespace quarnel {
 
-void GetVxModeLut(CctContext& ctx, const uint16_t* curve) {
+void GetVxModeLut(CctContext& ctx, const ComposePlaces& tone) {
     DebugPrint("; VOK: GetVxModeLut()\n");
     const GainedLut gained(LevelValues().data(), SliderGains(ctx.interval, GainsOf(ctx)), BaseLut(ctx));
     // outLut still holds the previous result here, and that is what this dump shows.
     DumpLut(&ctx, "VX Mode (before improve lut)");
     Lut16 working;
     ImproveLut(ctx, gained, working.data());
-    ComposeLut(kComposeScaled, curve, working.data(), &ctx.outLut[0][0]);
+    ComposeAt(tone, working.data(), &ctx.outLut[0][0]);
 }
 
 }  // namespace quarnel

@@ -16,7 +16,7 @@ constexpr int32_t kUnknownKind = 1;
 // entry / 256 but for rounding in its last place, which never carries it
 // across a half: for every one of the 65536 entries the result is the whole
 // part of (entry + 128) / 256: the high byte, plus one where the low byte
-// is 128 or more, which the loops compute in 16-bit lanes.
+// is 128 or more, which the loop computes in 16-bit lanes.
 uint16_t ScaledIndex(uint16_t entry) {
     const auto rounded = static_cast<uint16_t>((entry >> 8) + ((entry >> 7) & 1));
     return std::min<uint16_t>(rounded, kTopLevel);
@@ -26,15 +26,6 @@ uint16_t MapIndex(uint32_t kind, uint16_t entry) {
     return kind != kComposeDirect ? ScaledIndex(entry) : std::min<uint16_t>(entry, kTopLevel);
 }
 
-// One plane: out[i] = plane[index of map[i]]. The indices are worked out in
-// a pass of their own, which vectorises.
-void ComposePlane(uint32_t kind, const uint16_t* map, const uint16_t* plane, uint16_t* out) {
-    std::array<uint16_t, kLutLevels> index;
-    for (std::size_t i = 0; i < index.size(); ++i) index[i] = MapIndex(kind, map[i]);
-#pragma GCC unroll 8
-    for (std::size_t i = 0; i < index.size(); ++i) out[i] = plane[index[i]];
-}
-
 // Whether writing `out` could change entries of `base` still to be read.
 bool Overlaps(const uint16_t* base, const uint16_t* out) {
     const std::less<const uint16_t*> before;
@@ -42,6 +33,21 @@ bool Overlaps(const uint16_t* base, const uint16_t* out) {
 }
 
 }  // namespace
+
+void ComposePlacesOf(uint32_t kind, const uint16_t* map, ComposePlaces& places) {
+    for (int c = 0; c < kLutPlanes; ++c) {
+        const auto offset = static_cast<uint16_t>(LutIndex(c, 0));
+        for (std::size_t i = LutIndex(c, 0); i < LutIndex(c + 1, 0); ++i)
+            places[i] = static_cast<uint16_t>(MapIndex(kind, map[i]) + offset);
+    }
+}
+
+// Over the whole table at once, each look-up is one load of its place, one
+// of the entry and one store.
+void ComposeAt(const ComposePlaces& places, const uint16_t* base, uint16_t* out) {
+#pragma GCC unroll 8
+    for (std::size_t k = 0; k < places.size(); ++k) out[k] = base[places[k]];
+}
 
 int32_t ComposeLut(uint32_t kind, const uint16_t* map, const uint16_t* base, uint16_t* out) {
     Lut16 copy;  // only when out shares memory with base
@@ -54,8 +60,10 @@ int32_t ComposeLut(uint32_t kind, const uint16_t* map, const uint16_t* base, uin
         std::copy(source, source + kLutEntries, out);
         return kUnknownKind;
     }
-    for (int c = 0; c < kLutPlanes; ++c)
-        ComposePlane(kind, map + LutIndex(c, 0), source + LutIndex(c, 0), out + LutIndex(c, 0));
+    // The places are worked out in a pass of their own, which vectorises.
+    ComposePlaces places;
+    ComposePlacesOf(kind, map, places);
+    ComposeAt(places, source, out);
     return 0;
 }
 

@@ -2,7 +2,10 @@
 #pragma once
 // Re-indexing one planar Lut16 (3 x 256) through another.
 
+#include <array>
 #include <cstdint>
+
+#include "core/lut16.h"
 
 namespace quarnel {
 
@@ -16,5 +19,14 @@ inline constexpr uint32_t kComposeDirect = 2;
 // map entry itself, both clamped to 0..255. Any other kind copies base and
 // returns 1, else 0. out may be base.
 int32_t ComposeLut(uint32_t kind, const uint16_t* map, const uint16_t* base, uint16_t* out);
+
+// Where ComposeLut reads base for each entry of a map of kind 0 to 2: the
+// index within the whole table, its plane's offset added. A fixed map's
+// places are worked out once and the table re-indexed through them.
+using ComposePlaces = std::array<uint16_t, kLutEntries>;
+void ComposePlacesOf(uint32_t kind, const uint16_t* map, ComposePlaces& places);
+
+// out[k] = base[places[k]]; out must not share memory with base.
+void ComposeAt(const ComposePlaces& places, const uint16_t* base, uint16_t* out);
 
 }  // namespace quarnel

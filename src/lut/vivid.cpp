@@ -39,6 +39,15 @@ const Lut16& VividCurve() {
     return curve;
 }
 
+const ComposePlaces& VividPlaces() {
+    static const ComposePlaces places = [] {
+        ComposePlaces p{};
+        ComposePlacesOf(kComposeScaled, VividCurve().data(), p);
+        return p;
+    }();
+    return places;
+}
+
 const std::array<double, kLutLevels>& VividLevels() {
     static const std::array<double, kLutLevels> levels = [] {
         std::array<double, kLutLevels> l{};

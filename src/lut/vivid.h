@@ -7,6 +7,7 @@
 #include <cstdint>
 
 #include "core/lut16.h"
+#include "lut/compose.h"
 
 namespace quarnel {
 
@@ -16,6 +17,9 @@ double VividLevel(int i);
 // The curve as a Lut16: half-up of the level, clamped to 0..255, x 256 in all
 // three planes. Built on first use.
 const Lut16& VividCurve();
+
+// Where ComposeLut reads a table for the vivid curve, built on first use.
+const ComposePlaces& VividPlaces();
 
 // VividLevel of every input level 0..255, built on first use: the levels
 // the gains of the gain-driven vivid mode scale.
