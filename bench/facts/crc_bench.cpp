@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Cost of the two CRCs request 1 checks on every calibration block (the 48
-// bytes of primaries and the 180 of tone levels), folded four bytes at a
+// bytes of primaries and the 180 of tone levels), folded eight bytes at a
 // time, against the plain loop of one table lookup a byte that it replaced.
 // Request 1 takes about 4 us of processor time; the plain loop would add
 // close to a tenth to it.

@@ -4,12 +4,12 @@
 namespace quarnel::facts {
 namespace {
 
-constexpr std::size_t kSlice = 4;
+constexpr std::size_t kSlice = 8;
 
 // table[k][x]: what byte x does to the register when k more zero bytes follow
 // it, from the single-byte table table[0]. The register update is linear in
-// the register and the bytes, so four bytes fold in as four independent
-// lookups: the two that the register's bytes meet, and the two that meet
+// the register and the bytes, so eight bytes fold in as eight independent
+// lookups: the two that the register's bytes meet, and the six that meet
 // nothing but zeros after them.
 using SlicedTables = std::array<CrcTable, kSlice>;
 
@@ -43,10 +43,12 @@ uint16_t Crc16(const uint8_t* bytes, std::size_t size) {
     const CrcTable& one = tables[0];
     uint16_t crc = kCrcInitial;
     std::size_t i = 0;
-    for (; i + kSlice <= size; i += kSlice)
-        crc =
-            static_cast<uint16_t>(tables[3][((crc >> 8) ^ bytes[i]) & 0xFFu] ^ tables[2][(crc ^ bytes[i + 1]) & 0xFFu] ^
-                                  tables[1][bytes[i + 2]] ^ one[bytes[i + 3]]);
+    for (; i + kSlice <= size; i += kSlice) {
+        unsigned next =
+            tables[kSlice - 1][((crc >> 8) ^ bytes[i]) & 0xFFu] ^ tables[kSlice - 2][(crc ^ bytes[i + 1]) & 0xFFu];
+        for (std::size_t k = 2; k < kSlice; ++k) next ^= tables[kSlice - 1 - k][bytes[i + k]];
+        crc = static_cast<uint16_t>(next);
+    }
     for (; i < size; ++i) crc = static_cast<uint16_t>((crc << 8) ^ one[((crc >> 8) ^ bytes[i]) & 0xFFu]);
     return crc;
 }
