@@ -38,10 +38,15 @@ inline const std::array<double, kLutLevels>& LevelValues() {
     return levels;
 }
 
-// Writes the identity ramp i x 256 into all three planes of `lut`.
+// Writes the identity ramp i x 256 into all three planes of `lut`. The
+// entry is counted in 16 bits, so that the loop adds whole vectors of
+// entries instead of narrowing a 32-bit count.
 inline void FillIdentity(uint16_t* lut) {
-    for (int c = 0; c < kLutPlanes; ++c)
-        for (int i = 0; i < kLutLevels; ++i) lut[LutIndex(c, i)] = IdentityEntry(i);
+    for (int c = 0; c < kLutPlanes; ++c) {
+        uint16_t entry = 0;
+        for (int i = 0; i < kLutLevels; ++i, entry = static_cast<uint16_t>(entry + kLutStep))
+            lut[LutIndex(c, i)] = entry;
+    }
 }
 
 }  // namespace quarnel
