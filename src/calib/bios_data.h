@@ -67,6 +67,11 @@ private:
 };
 
 struct BiosData {
+    // Every field has an initialiser of its own; provided, so that making a
+    // record does not first clear all of its bytes (the path's buffer alone
+    // is 4 KB).
+    BiosData() {}
+
     int32_t BiosDataStatus = kBiosOk;
     std::array<uint8_t, 4> magic{};
     uint8_t version = 0;
