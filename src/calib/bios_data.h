@@ -53,8 +53,10 @@ public:
         const std::size_t folderLength = std::strlen(folder);
         const std::size_t nameLength = std::strlen(name);
         if (folderLength + nameLength < short_.size()) {
+            // Both parts go through the library's copy: inlined as a string
+            // move, the name's few bytes cost more to start than to copy.
             std::memcpy(short_.data(), folder, folderLength);
-            std::memcpy(short_.data() + folderLength, name, nameLength + 1);
+            std::copy_n(name, nameLength + 1, short_.data() + folderLength);
         } else {
             long_ = std::string(folder) + name;
         }
