@@ -44,10 +44,13 @@ public:
         return value;
     }
 
+    // Low byte first, whatever the host's order; written as one expression
+    // of the four bytes, which the compiler reads as one 32-bit load.
     double Single() {
         if (!Fits(4)) return 0.0;
-        uint32_t bits = 0;
-        for (int i = 0; i < 4; ++i) bits |= uint32_t{data_.raw[static_cast<std::size_t>(data_.cursor++)]} << (8 * i);
+        const uint8_t* at = data_.raw.data() + data_.cursor;
+        data_.cursor += 4;
+        const uint32_t bits = uint32_t{at[0]} | uint32_t{at[1]} << 8 | uint32_t{at[2]} << 16 | uint32_t{at[3]} << 24;
         return static_cast<double>(std::bit_cast<float>(bits));
     }
 
