@@ -18,10 +18,10 @@ constexpr double kSixteenth = 0.0625;
 // Levels are 0..255 and a point between two of them stays within them.
 QUARNEL_KERNEL uint16_t Entry(int32_t level) { return static_cast<uint16_t>(level * kLutStep); }
 
-// half-up of a point on a line between two levels: it lies within 0..255, so
-// the plain conversion truncates it as half-up does, without the guards for
-// values out of range.
-QUARNEL_KERNEL int32_t LevelOnLine(double v) { return static_cast<int32_t>(v + 0.5); }
+// A point on a line between two levels, plus a half, truncated: the point
+// lies within 0..255, so the plain conversion rounds it half-up, without the
+// guards for values out of range.
+QUARNEL_KERNEL int32_t TruncToLevel(double pointAndHalf) { return static_cast<int32_t>(pointAndHalf); }
 
 // The 8-bit levels that the interpolation of one plane reads: the high
 // bytes of entry 0, of every segment end (e = s + step, capped at 255) and,
@@ -53,7 +53,11 @@ void ReadEnds(int step, ReadEntries entries, SegmentEnds& ends) {
 // The slopes between the segment ends are taken first, before any point is
 // written, so that no segment waits on the one before it. Segment g runs
 // from s = g x step up to (not including) its end e, on the line from its
-// start level: point s is that level itself. Every entry is written.
+// start level: point s is that level itself. Every entry is written once:
+// for any other step than 16 the first sixteen follow the grid of 16
+// instead. A point's start level and the half of its rounding are added as
+// one sum: for every pair of 8-bit levels, every span up to 255 and every
+// point of it, that gives the same whole part as adding them in turn.
 QUARNEL_KERNEL void Rebuild(int step, const SegmentEnds& ends, uint16_t* plane) {
     const int32_t* level = ends.level;
     const int segments = ends.segments;
@@ -63,19 +67,19 @@ QUARNEL_KERNEL void Rebuild(int step, const SegmentEnds& ends, uint16_t* plane) 
         slope[g] = (static_cast<double>(level[g + 1]) - level[g]) / span;
     }
     const double* offset = LevelValues().data();  // x - s, as the double it converts to
+    const int gridEnd = step == kDefaultStep ? 0 : kDefaultStep;
     for (int g = 0; g < segments; ++g) {
         const int s = g * step;
         const int span = std::min(step, kTopLevel - s);
-        const double start = level[g];
-        for (int k = 0; k < span; ++k) plane[s + k] = Entry(LevelOnLine(slope[g] * offset[k] + start));
+        const double rounded = level[g] + 0.5;
+        for (int k = std::max(0, gridEnd - s); k < span; ++k)
+            plane[s + k] = Entry(TruncToLevel(slope[g] * offset[k] + rounded));
     }
     plane[kTopLevel] = Entry(level[segments]);
     if (step == kDefaultStep) return;
-    // The first sixteen entries always follow the grid of 16, whatever the
-    // step; entry 0 stays the line's start.
-    const double start = level[0];
-    const double slope16 = (static_cast<double>(ends.at16) - start) * kSixteenth;
-    for (int k = 0; k < kDefaultStep; ++k) plane[k] = Entry(LevelOnLine(offset[k] * slope16 + start));
+    const double rounded = level[0] + 0.5;
+    const double slope16 = (static_cast<double>(ends.at16) - level[0]) * kSixteenth;
+    for (int k = 0; k < kDefaultStep; ++k) plane[k] = Entry(TruncToLevel(offset[k] * slope16 + rounded));
 }
 
 int StepInForce(int step) { return step < 1 || step > kMaxStep ? kDefaultStep : step; }
