@@ -162,7 +162,7 @@ struct NvidiaKernel {
     QUARNEL_KERNEL static void Run(const uint16_t* inLut, float* outNv) {
         Level source[kLevels + 1];
         ToLevels(inLut, source);
-        alignas(sizeof(Level)) double repeated[kRepeatedDoubles];
+        alignas(sizeof(Half)) double repeated[kRepeatedDoubles];
         Normalise(source, repeated);
 
         std::memcpy(outNv, NvPreGamma().data(), sizeof(float) * kNvFloatsPerArray);
