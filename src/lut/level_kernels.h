@@ -16,32 +16,39 @@
 
 namespace quarnel::convert {
 
-// A level written as its two 16-byte halves.
-QUARNEL_KERNEL void StoreLevel(const Half& low, const Half& high, Level& level) {
-    std::memcpy(&level, &low, sizeof low);
-    std::memcpy(reinterpret_cast<unsigned char*>(&level) + sizeof low, &high, sizeof high);
-}
+// Sixteen bytes of one plane: eight entries.
+using PlaneEntries = uint16_t __attribute__((vector_size(8 * sizeof(uint16_t))));
 
 // The planes as levels of unscaled doubles, with a zero level above the top
-// for the re-sampling to read at the top. The entries are converted plane by
-// plane, where the loop vectorises, and then transposed two levels at a
-// time in 16-byte halves: the red, green and blue entries of levels i and
-// i + 1 become (r g) and (b 0) of each. Halves, because every form has
-// 16-byte shuffles, while a 32-byte shuffle in the baseline form goes
-// through memory, one double at a time.
+// for the re-sampling to read at the top. The entries are first interleaved
+// as they stand, eight levels at a time in 16-byte shuffles (which every
+// form has), into (r g b 0) per level, and then converted to doubles in one
+// loop, which vectorises.
 QUARNEL_KERNEL void ToLevels(const uint16_t* in, Level* levels) {
-    double entries[kLutEntries];
-    for (std::size_t k = 0; k < kLutEntries; ++k) entries[k] = in[k];
-    const Half zero{};
-    for (std::size_t i = 0; i < kLutLevels; i += 2) {
-        Half r, g, b;
-        std::memcpy(&r, entries + i, sizeof r);
-        std::memcpy(&g, entries + kLutLevels + i, sizeof g);
-        std::memcpy(&b, entries + 2 * kLutLevels + i, sizeof b);
-        StoreLevel(__builtin_shufflevector(r, g, 0, 2), __builtin_shufflevector(b, zero, 0, 2), levels[i]);
-        StoreLevel(__builtin_shufflevector(r, g, 1, 3), __builtin_shufflevector(b, zero, 1, 3), levels[i + 1]);
+    constexpr std::size_t kEntries = (kLutLevels + 1) * kLanes;
+    alignas(sizeof(PlaneEntries)) uint16_t entries[kEntries];
+    const PlaneEntries zero{};
+    for (std::size_t i = 0; i < kLutLevels; i += 8) {
+        PlaneEntries r, g, b;
+        std::memcpy(&r, in + i, sizeof r);
+        std::memcpy(&g, in + kLutLevels + i, sizeof g);
+        std::memcpy(&b, in + 2 * kLutLevels + i, sizeof b);
+        const PlaneEntries rgLow = __builtin_shufflevector(r, g, 0, 8, 1, 9, 2, 10, 3, 11);
+        const PlaneEntries rgHigh = __builtin_shufflevector(r, g, 4, 12, 5, 13, 6, 14, 7, 15);
+        const PlaneEntries bLow = __builtin_shufflevector(b, zero, 0, 8, 1, 9, 2, 10, 3, 11);
+        const PlaneEntries bHigh = __builtin_shufflevector(b, zero, 4, 12, 5, 13, 6, 14, 7, 15);
+        const PlaneEntries quads[4] = {__builtin_shufflevector(rgLow, bLow, 0, 1, 8, 9, 2, 3, 10, 11),
+                                       __builtin_shufflevector(rgLow, bLow, 4, 5, 12, 13, 6, 7, 14, 15),
+                                       __builtin_shufflevector(rgHigh, bHigh, 0, 1, 8, 9, 2, 3, 10, 11),
+                                       __builtin_shufflevector(rgHigh, bHigh, 4, 5, 12, 13, 6, 7, 14, 15)};
+        std::memcpy(entries + i * kLanes, quads, sizeof quads);
     }
-    levels[kLutLevels] = Level{};
+    std::memset(entries + kLutLevels * kLanes, 0, kLanes * sizeof(uint16_t));
+    auto* out = reinterpret_cast<unsigned char*>(levels);
+    for (std::size_t k = 0; k < kEntries; ++k) {
+        const double v = entries[k];
+        std::memcpy(out + k * sizeof v, &v, sizeof v);
+    }
 }
 
 // Level i re-sampled through the sRGB encoding: a + (b - a) x f, b the level
