@@ -16,10 +16,11 @@ constexpr int32_t kUnknownKind = 1;
 // entry / 256 but for rounding in its last place, which never carries it
 // across a half: for every one of the 65536 entries the result is the whole
 // part of (entry + 128) / 256: the high byte, plus one where the low byte
-// is 128 or more, which the loop computes in 16-bit lanes.
+// is 128 or more, which the loop computes in 16-bit lanes. That sum is 256
+// at most, so taking its ninth bit off it holds it at 255.
 uint16_t ScaledIndex(uint16_t entry) {
     const auto rounded = static_cast<uint16_t>((entry >> 8) + ((entry >> 7) & 1));
-    return std::min<uint16_t>(rounded, kTopLevel);
+    return static_cast<uint16_t>(rounded - (rounded >> 8));
 }
 
 uint16_t MapIndex(uint32_t kind, uint16_t entry) {
