@@ -210,6 +210,8 @@ bool Solve(GainSolverState& s, GainRequest& r, const SolverRows& rows) {
     s.flags |= rows.nativeCctFlags;
     if (!PlaceTarget(s, r)) return false;
     s.cct = CctFromXy(s, Target(s));
+    const Xy placed = Target(s);
+    const int32_t placedCct = s.cct;
     if (!WalkIntoGamut(s, r)) {
         s.flags |= kGainFellBack;
         return false;
@@ -217,7 +219,12 @@ bool Solve(GainSolverState& s, GainRequest& r, const SolverRows& rows) {
     s.nativeY = whiteY;
     if (!PlaceFloor(s, r)) return false;
     SolveWhiteGains(s, Target(s), r.gain);
-    return KeepAboveFloor(s, r);
+    if (!KeepAboveFloor(s, r)) return false;
+    // The temperature reported is the final target's; it is worked out again
+    // only where the walk or the luminance search has moved the target.
+    const Xy target = Target(s);
+    if (s.cct != placedCct || target.x != placed.x || target.y != placed.y) s.cct = CctFromXy(s, target);
+    return true;
 }
 
 }  // namespace
@@ -255,7 +262,6 @@ void CalcGain(GainSolverState& state, GainRequest* request, const SolverRows& ro
         FallBackToNative(state, *request);
         return;
     }
-    state.cct = CctFromXy(state, Target(state));
     state.lumChangePct = (state.resultY - state.nativeY) / state.nativeY * kPercent;
     ApplyRequestedLut(*request);
     request->warnFlags |= state.flags;
