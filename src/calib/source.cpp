@@ -123,8 +123,7 @@ void ProbeUserFile(const char* kalzenPath, const char* kalzenFilename, BiosData&
         CctapiErrorCode() = CCT_ERR_FILE_NOT_OPENED;
         return;
     }
-    ProbedBlock block(std::in_place);
-    block->fill(0);
+    ProbedBlock block(std::in_place);  // cleared: a short file leaves zeros behind
     if (!ReadBlockFile(path->c_str(), *block)) {
         CctapiErrorCode() = CCT_ERR_FILE_NOT_OPENED;
         DebugMessage(L"VOK: Kalzen Path -3\n");
