@@ -8,8 +8,11 @@
 // lines.
 
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <string>
+
+#include <unistd.h>
 
 #include "api_bench.h"
 #include "calib/block_writer.h"
@@ -29,12 +32,17 @@ struct PanelFile {
         fields.byte297 = 32;
         const auto block = test::WriteBlock(fields);
         std::FILE* file = std::fopen(path.c_str(), "wb");
-        std::fwrite(block.data(), 1, block.size(), file);
-        std::fclose(file);
+        if (file == nullptr || std::fwrite(block.data(), 1, block.size(), file) != block.size() ||
+            std::fclose(file) != 0) {
+            std::fprintf(stderr, "cannot write the benchmark panel %s\n", path.c_str());
+            std::exit(1);
+        }
     }
     ~PanelFile() { std::filesystem::remove(path); }
 
-    std::string folder = (std::filesystem::temp_directory_path() / "quarnel-bench-").string();
+    // One file per process: two runs at once must not remove each other's panel.
+    std::string folder =
+        (std::filesystem::temp_directory_path() / ("quarnel-bench-" + std::to_string(getpid()) + "-")).string();
     std::string path = folder + "panel.bin";
     NoDisplays displays;
     platform::ScopedDisplaySystem scope{displays};
