@@ -82,37 +82,65 @@ struct NvidiaKernel {
     QUARNEL_KERNEL static void Load(const double* at, Doubles& v) { std::memcpy(&v, at, sizeof v); }
     QUARNEL_KERNEL static void Store(const Doubles& v, double* at) { std::memcpy(at, &v, sizeof v); }
 
-    // Level v (its pieces) twice over. In four lanes the second copy's red
-    // overwrites the first copy's spare lane; in two, the level's pairs are
-    // (r g), (b r) and (g b).
-    QUARNEL_KERNEL static void StoreRepeated(const Doubles (&v)[kLanes / kWidth], double* level) {
-        if constexpr (kWidth == kLanes) {
-            Store(v[0], level);
-            Store(v[0], level + kPlanes);
-        } else {
-            Store(v[0], level);
-            Store(__builtin_shufflevector(v[1], v[0], 0, 2), level + kWidth);
-            Store(__builtin_shufflevector(v[0], v[1], 1, 2), level + 2 * kWidth);
-        }
+    // Level i re-sampled and over the full scale, stored twice over. In four
+    // lanes the second copy's red overwrites the first copy's spare lane.
+    QUARNEL_KERNEL static void NormaliseLevel(const SrgbTaps& taps, const double* source, std::size_t i,
+                                              double* repeated) {
+        const double* a = source + taps.lo[i] * kLanes;
+        Level pa, pb;
+        LoadLevel(a, pa);
+        LoadLevel(a + kLanes, pb);
+        Level v = pa + (pb - pa) * taps.f[i];
+        DivideByFullScale(v);
+        double* level = repeated + i * kRepeatedLevel;
+        std::memcpy(level, &v, sizeof v);
+        std::memcpy(level + kPlanes, &v, sizeof v);
+    }
+
+    // Levels i and i + 1 in pairs of doubles, each stored twice over as
+    // (r g), (b r), (g b). Their six channels fill three pairs, where one
+    // level alone would leave half of its second pair spare: the middle pair
+    // is level i's blue and level i + 1's red, each re-sampled with its own
+    // level's fraction.
+    QUARNEL_KERNEL static void NormalisePair(const SrgbTaps& taps, const double* source, std::size_t i,
+                                             double* repeated) {
+        const double* a0 = source + taps.lo[i] * kLanes;
+        const double* a1 = source + taps.lo[i + 1] * kLanes;
+        const double f0 = taps.f[i];
+        const double f1 = taps.f[i + 1];
+        Doubles rg0, rg1, gb0, gb1;
+        Load(a0, rg0);
+        Load(a0 + kLanes, rg1);
+        Load(a1 + 1, gb0);
+        Load(a1 + kLanes + 1, gb1);
+        const Doubles br0{a0[2], a1[0]};
+        const Doubles br1{a0[kLanes + 2], a1[kLanes]};
+        const Doubles brF{f0, f1};
+        Doubles rg = rg0 + (rg1 - rg0) * f0;
+        Doubles br = br0 + (br1 - br0) * brF;
+        Doubles gb = gb0 + (gb1 - gb0) * f1;
+        DivideByFullScale(rg);
+        DivideByFullScale(br);
+        DivideByFullScale(gb);
+        double* level = repeated + i * kRepeatedLevel;
+        Store(rg, level);
+        Store(__builtin_shufflevector(br, rg, 0, 2), level + kWidth);
+        Store(__builtin_shufflevector(rg, br, 1, 2), level + 2 * kWidth);
+        level += kRepeatedLevel;
+        Store(__builtin_shufflevector(br, gb, 1, 2), level);
+        Store(__builtin_shufflevector(gb, br, 1, 3), level + kWidth);
+        Store(gb, level + 2 * kWidth);
     }
 
     // The re-sampled levels over the full scale, the top level repeated
-    // above the top. Each level is worked a piece at a time, straight from
-    // the source's doubles.
+    // above the top, straight from the source's doubles.
     QUARNEL_KERNEL static void Normalise(const Level* levels, double* repeated) {
         const SrgbTaps& taps = Srgb();
         const auto* source = reinterpret_cast<const double*>(levels);
-        for (std::size_t i = 0; i < kLevels; ++i) {
-            const double* a = source + taps.lo[i] * kLanes;
-            Doubles v[kLanes / kWidth];
-            for (std::size_t h = 0; h < kLanes / kWidth; ++h) {
-                Doubles pa, pb;
-                Load(a + h * kWidth, pa);
-                Load(a + kLanes + h * kWidth, pb);
-                v[h] = pa + (pb - pa) * taps.f[i];
-                DivideByFullScale(v[h]);
-            }
-            StoreRepeated(v, repeated + i * kRepeatedLevel);
+        if constexpr (kWidth == kLanes) {
+            for (std::size_t i = 0; i < kLevels; ++i) NormaliseLevel(taps, source, i, repeated);
+        } else {
+            for (std::size_t i = 0; i < kLevels; i += 2) NormalisePair(taps, source, i, repeated);
         }
         std::memcpy(repeated + kLevels * kRepeatedLevel, repeated + kTopLevel * kRepeatedLevel,
                     sizeof(double) * kRepeatedLevel);
