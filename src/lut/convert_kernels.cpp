@@ -158,28 +158,37 @@ struct NvidiaKernel {
         p = pa + (pb - pa) * pf;
     }
 
-    // A level's first four points as twelve floats, four at a time.
+    // Level k's first four points as twelve floats from `out` on, four at
+    // a time.
+    QUARNEL_KERNEL static void LevelPoints(const double* repeated, const NvTaps& t, std::size_t k, float* out) {
+        const double* a = repeated + k * kRepeatedLevel;
+        const double* b = a + kRepeatedLevel;
+        const double* f = &t.spread[kSpreadPerLevel * k];
+        for (std::size_t n = 0; n < kSpreadPerLevel; n += kLanes) {
+            Level p;
+            if constexpr (kWidth == kLanes) {
+                Piece(a, b, f, n, p);
+            } else {
+                Doubles low, high;
+                Piece(a, b, f, n, low);
+                Piece(a, b, f, n + kWidth, high);
+                p = __builtin_shufflevector(low, high, 0, 1, 2, 3);
+            }
+            const LevelFloats floats = __builtin_convertvector(p, LevelFloats);
+            std::memcpy(out + n, &floats, sizeof floats);
+        }
+    }
+
+    // The levels below the top, in runs that end at a level with a fifth
+    // point: within a run each level's points follow the last one's.
     QUARNEL_KERNEL static void PostGamma(const double* repeated, float* post) {
         const NvTaps& t = Nv();
-#pragma GCC unroll 5
-        for (std::size_t k = 0; k < kTopLevel; ++k) {
-            const double* a = repeated + k * kRepeatedLevel;
-            const double* b = a + kRepeatedLevel;
-            const double* f = &t.spread[kSpreadPerLevel * k];
+        std::size_t k = 0;
+        for (std::size_t run = 0; run <= t.fifthCount; ++run) {
+            const std::size_t end = run < t.fifthCount ? t.fifth[run] + std::size_t{1} : kTopLevel;
             float* out = post + t.first[k] * kPlanes;
-            for (std::size_t n = 0; n < kSpreadPerLevel; n += kLanes) {
-                Level p;
-                if constexpr (kWidth == kLanes) {
-                    Piece(a, b, f, n, p);
-                } else {
-                    Doubles low, high;
-                    Piece(a, b, f, n, low);
-                    Piece(a, b, f, n + kWidth, high);
-                    p = __builtin_shufflevector(low, high, 0, 1, 2, 3);
-                }
-                const LevelFloats floats = __builtin_convertvector(p, LevelFloats);
-                std::memcpy(out + n, &floats, sizeof floats);
-            }
+#pragma GCC unroll 5
+            for (; k < end; ++k, out += kSpreadPerLevel) LevelPoints(repeated, t, k, out);
         }
     }
 
