@@ -138,6 +138,7 @@ struct NvidiaKernel {
         const SrgbTaps& taps = Srgb();
         const auto* source = reinterpret_cast<const double*>(levels);
         if constexpr (kWidth == kLanes) {
+#pragma GCC unroll 4
             for (std::size_t i = 0; i < kLevels; ++i) NormaliseLevel(taps, source, i, repeated);
         } else {
             for (std::size_t i = 0; i < kLevels; i += 2) NormalisePair(taps, source, i, repeated);
