@@ -2,6 +2,9 @@
 // Step interpolation of an 8-bit LUT.
 
 #include <algorithm>
+#include <bit>
+#include <cstring>
+#include <numeric>
 
 #include "core/lut16.h"
 #include "core/vector_forms.h"
@@ -13,7 +16,6 @@ namespace {
 
 constexpr int kDefaultStep = 16;
 constexpr int kMaxStep = 64;
-constexpr double kSixteenth = 0.0625;
 
 // Levels are 0..255 and a point between two of them stays within them.
 QUARNEL_KERNEL uint16_t Entry(int32_t level) { return static_cast<uint16_t>(level * kLutStep); }
@@ -48,38 +50,99 @@ void ReadEnds(int step, ReadEntries entries, SegmentEnds& ends) {
     if (step != kDefaultStep) ends.at16 = entry[ends.segments + 1] >> 8;
 }
 
+// A point of a segment from level a to level b, span points long, lies at
+// a + (b - a) x k / span, and takes the whole part of that plus a half. The
+// points are worked out in fixed point, in 65536ths of a level, the slope
+// rounded up: what that adds stays below 64 / 65536 of a level over a
+// segment, while a point that is not on a half lies at least 1 / 128 of a
+// level from the next whole level, so the whole part is exact. A point on a
+// half is left to the double line, whose slope, rounded to a double, may put
+// it just below the half: those points lie every `period` points from the
+// middle of the first, period the span over its greatest common divisor
+// with b - a, and only where that is even.
+constexpr int kFractionBits = 16;
+constexpr int32_t kOneLevel = int32_t{1} << kFractionBits;
+
+// The slope in 65536ths of a level a point, rounded up.
+int32_t FixedSlope(int32_t rise, int span) {
+    const int32_t scaled = rise * kOneLevel;
+    return scaled / span + static_cast<int32_t>(scaled % span > 0);
+}
+
+QUARNEL_KERNEL uint16_t FixedEntry(int32_t point) { return Entry(point >> kFractionBits); }
+
+// Four 32-bit words, each two neighbouring entries: the even one in its
+// low half.
+using EntryPairs = uint32_t __attribute__((vector_size(4 * sizeof(uint32_t))));
+
+// Eight points from the fixed points of the even ones and of the odd ones:
+// each point's whole level is the third byte of its word, which moves to the
+// high byte of its entry.
+QUARNEL_KERNEL void StoreEight(const EntryPairs& even, const EntryPairs& odd, uint16_t* points) {
+    const EntryPairs pairs = ((even >> 8) & 0xFF00U) | ((odd << 8) & 0xFF000000U);
+    std::memcpy(points, &pairs, sizeof pairs);
+}
+
+// The points of one segment, starting at `level`, eight at a time. A
+// segment of eight points or more ends with eight that may go over some
+// already written: the same points again.
+QUARNEL_KERNEL void FixedLine(int32_t level, int32_t slope, int span, uint16_t* points) {
+    const auto start = static_cast<uint32_t>(level * kOneLevel + kOneLevel / 2);
+    const auto step = static_cast<uint32_t>(slope);
+    if (span < 8) {
+        for (int k = 0; k < span; ++k)
+            points[k] = FixedEntry(static_cast<int32_t>(start + static_cast<uint32_t>(k) * step));
+        return;
+    }
+    const EntryPairs even = EntryPairs{0, 2, 4, 6} * step + start;
+    const EntryPairs odd = even + step;
+    EntryPairs e = even, o = odd;
+    int k = 0;
+    for (; k + 8 <= span; k += 8, e += 8 * step, o += 8 * step) StoreEight(e, o, points + k);
+    const auto last = static_cast<uint32_t>(span - 8) * step;
+    if (k < span) StoreEight(even + last, odd + last, points + span - 8);
+}
+
+// The points on a half, on the line of doubles from level to level + rise.
+// A period that is a power of two (a span that is one, to begin with) makes
+// the slope an exact double, and every point on it exact.
+QUARNEL_KERNEL bool PowerOfTwo(unsigned n) { return (n & (n - 1)) == 0; }
+
+QUARNEL_KERNEL void HalvesOnDoubleLine(int32_t level, int32_t rise, int span, uint16_t* points) {
+    const auto magnitude = static_cast<unsigned>(rise < 0 ? -rise : rise);
+    const auto length = static_cast<unsigned>(span);
+    // The period is even exactly where the span holds more factors of two than the rise.
+    if (rise == 0 || PowerOfTwo(length) || std::countr_zero(magnitude) >= std::countr_zero(length)) return;
+    const auto period = static_cast<int>(length / std::gcd(magnitude, length));
+    if (PowerOfTwo(static_cast<unsigned>(period))) return;
+    const double slope = static_cast<double>(rise) / span;
+    const double rounded = level + 0.5;
+    const double* offset = LevelValues().data();  // k, as the double it converts to
+    for (int k = period / 2; k < span; k += period) points[k] = Entry(TruncToLevel(slope * offset[k] + rounded));
+}
+
 // The channels are independent, so each is interpolated on its own plane,
 // where the points of a segment lie side by side and the loops vectorise.
 // The slopes between the segment ends are taken first, before any point is
 // written, so that no segment waits on the one before it. Segment g runs
-// from s = g x step up to (not including) its end e, on the line from its
-// start level: point s is that level itself. Every entry is written once:
-// for any other step than 16 the first sixteen follow the grid of 16
-// instead. A point's start level and the half of its rounding are added as
-// one sum: for every pair of 8-bit levels, every span up to 255 and every
-// point of it, that gives the same whole part as adding them in turn.
+// from s = g x step up to (not including) its end e: point s is its start
+// level itself. Every entry is written once: for any other step than 16 the
+// first sixteen follow the grid of 16 instead, whose sixteenths are exact.
 QUARNEL_KERNEL void Rebuild(int step, const SegmentEnds& ends, uint16_t* plane) {
     const int32_t* level = ends.level;
     const int segments = ends.segments;
-    double slope[kLutLevels];
-    for (int g = 0; g < segments; ++g) {
-        const int span = std::min(step, kTopLevel - g * step);
-        slope[g] = (static_cast<double>(level[g + 1]) - level[g]) / span;
-    }
-    const double* offset = LevelValues().data();  // x - s, as the double it converts to
-    const int gridEnd = step == kDefaultStep ? 0 : kDefaultStep;
+    int32_t slope[kLutLevels];
+    for (int g = 0; g < segments; ++g)
+        slope[g] = FixedSlope(level[g + 1] - level[g], std::min(step, kTopLevel - g * step));
     for (int g = 0; g < segments; ++g) {
         const int s = g * step;
         const int span = std::min(step, kTopLevel - s);
-        const double rounded = level[g] + 0.5;
-        for (int k = std::max(0, gridEnd - s); k < span; ++k)
-            plane[s + k] = Entry(TruncToLevel(slope[g] * offset[k] + rounded));
+        FixedLine(level[g], slope[g], span, plane + s);
+        HalvesOnDoubleLine(level[g], level[g + 1] - level[g], span, plane + s);
     }
     plane[kTopLevel] = Entry(level[segments]);
     if (step == kDefaultStep) return;
-    const double rounded = level[0] + 0.5;
-    const double slope16 = (static_cast<double>(ends.at16) - level[0]) * kSixteenth;
-    for (int k = 0; k < kDefaultStep; ++k) plane[k] = Entry(TruncToLevel(offset[k] * slope16 + rounded));
+    FixedLine(level[0], (ends.at16 - level[0]) * (kOneLevel / kDefaultStep), kDefaultStep, plane);
 }
 
 int StepInForce(int step) { return step < 1 || step > kMaxStep ? kDefaultStep : step; }

@@ -277,6 +277,7 @@ const Panel kPanels[] = {
     {.name = "v7_step0", .version = 7, .rgb = kWide, .lutGamma = 1.3, .method = 0, .step = 0},
     {.name = "v7_step16", .version = 7, .rgb = kWide, .lutGamma = 1.3, .method = 0},
     {.name = "v7_step32", .version = 7, .rgb = kWide, .lutGamma = 1.3, .method = 0, .step = 32},
+    {.name = "v7_step24", .version = 7, .rgb = kWide, .lutGamma = 1.3, .method = 0, .step = 24},
     {.name = "v7_step64", .version = 7, .rgb = kWide, .lutGamma = 1.3, .method = 0, .step = 64},
     {.name = "v7_step200", .version = 7, .rgb = kWide, .lutGamma = 1.3, .method = 0, .step = 200},
     {.name = "v8", .version = 8, .rgb = kIps, .step = 64, .scale = 0.5},

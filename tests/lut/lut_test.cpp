@@ -8,6 +8,7 @@
 #include "lut/bright_ctrl.h"
 #include "lut/convert.h"
 #include "lut/default_lut.h"
+#include "lut/improve.h"
 #include "lut/sample_luts.h"
 #include "platform/utf8.h"
 #include "support/capture.h"
@@ -156,6 +157,26 @@ TEST(LutSteps, EntriesWorkedOutIndependently) {
             (std::array{tc.lut[LutIndex(0, tc.level)], tc.lut[LutIndex(1, tc.level)], tc.lut[LutIndex(2, tc.level)]}),
             tc.rgb)
             << tc.level;
+}
+
+// A point of a step-interpolated plane exactly on a half of a level takes the whole part the line of doubles gives
+// it: where the slope is no exact double (a span of 14 or 24, not of 32), that can be the level below.
+TEST(LutLinInterp8Bit, PointsOnAHalfFollowTheLineOfDoubles) {
+    const struct {
+        int step, from, fromLevel, toLevel, point, level;
+    } cases[] = {
+        {14, 28, 0, 61, 35, 30},
+        {14, 28, 29, 0, 35, 14},
+        {24, 24, 0, 196, 39, 122},
+        {32, 32, 0, 61, 48, 31},
+    };
+    for (const auto& tc : cases) {
+        std::array<uint16_t, kLutLevels> plane{};
+        plane[static_cast<std::size_t>(tc.from)] = static_cast<uint16_t>(tc.fromLevel * 256);
+        plane[static_cast<std::size_t>(tc.from + tc.step)] = static_cast<uint16_t>(tc.toLevel * 256);
+        LutLinInterp8Bit(tc.step, plane.data());
+        EXPECT_EQ(plane[static_cast<std::size_t>(tc.point)], tc.level * 256) << tc.step << " " << tc.point;
+    }
 }
 
 }  // namespace
