@@ -71,36 +71,47 @@ int32_t FixedSlope(int32_t rise, int span) {
 
 QUARNEL_KERNEL uint16_t FixedEntry(int32_t point) { return Entry(point >> kFractionBits); }
 
-// Four 32-bit words, each two neighbouring entries: the even one in its
-// low half.
-using EntryPairs = uint32_t __attribute__((vector_size(4 * sizeof(uint32_t))));
+// 32-bit words, each two neighbouring entries: the even one in its low
+// half. Eight words fill an AVX2 vector, and two of the baseline's.
+using FourPairs = uint32_t __attribute__((vector_size(4 * sizeof(uint32_t))));
+using EightPairs = uint32_t __attribute__((vector_size(8 * sizeof(uint32_t))));
 
-// Eight points from the fixed points of the even ones and of the odd ones:
-// each point's whole level is the third byte of its word, which moves to the
+// Points from the fixed points of the even ones and of the odd ones: each
+// point's whole level is the third byte of its word, which moves to the
 // high byte of its entry.
-QUARNEL_KERNEL void StoreEight(const EntryPairs& even, const EntryPairs& odd, uint16_t* points) {
-    const EntryPairs pairs = ((even >> 8) & 0xFF00U) | ((odd << 8) & 0xFF000000U);
+template <typename Pairs>
+QUARNEL_KERNEL void StorePairs(const Pairs& even, const Pairs& odd, uint16_t* points) {
+    const Pairs pairs = ((even >> 8) & 0xFF00U) | ((odd << 8) & 0xFF000000U);
     std::memcpy(points, &pairs, sizeof pairs);
 }
 
-// The points of one segment, starting at `level`, eight at a time. A
-// segment of eight points or more ends with eight that may go over some
-// already written: the same points again.
+// The points of a segment at least a vector of them long, a vector at a
+// time, from the even points of the first (0, 2, 4, ...). It ends with a
+// vector that may go over some already written: the same points again.
+template <typename Pairs>
+QUARNEL_KERNEL void VectorLine(const Pairs& evenPoints, uint32_t start, uint32_t step, int span, uint16_t* points) {
+    constexpr int kPoints = 2 * static_cast<int>(sizeof(Pairs) / sizeof(uint32_t));
+    const Pairs even = evenPoints * step + start;
+    const Pairs odd = even + step;
+    Pairs e = even, o = odd;
+    int k = 0;
+    for (; k + kPoints <= span; k += kPoints, e += kPoints * step, o += kPoints * step) StorePairs(e, o, points + k);
+    const auto last = static_cast<uint32_t>(span - kPoints) * step;
+    if (k < span) StorePairs(even + last, odd + last, points + span - kPoints);
+}
+
+// The points of one segment, starting at `level`, in the form's widest
+// vectors where the segment fills one: the baseline form would move a
+// 32-byte vector through memory.
+template <VectorForm Form>
 QUARNEL_KERNEL void FixedLine(int32_t level, int32_t slope, int span, uint16_t* points) {
     const auto start = static_cast<uint32_t>(level * kOneLevel + kOneLevel / 2);
     const auto step = static_cast<uint32_t>(slope);
-    if (span < 8) {
-        for (int k = 0; k < span; ++k)
-            points[k] = FixedEntry(static_cast<int32_t>(start + static_cast<uint32_t>(k) * step));
-        return;
-    }
-    const EntryPairs even = EntryPairs{0, 2, 4, 6} * step + start;
-    const EntryPairs odd = even + step;
-    EntryPairs e = even, o = odd;
-    int k = 0;
-    for (; k + 8 <= span; k += 8, e += 8 * step, o += 8 * step) StoreEight(e, o, points + k);
-    const auto last = static_cast<uint32_t>(span - 8) * step;
-    if (k < span) StoreEight(even + last, odd + last, points + span - 8);
+    if (Form == VectorForm::kAvx2 && span >= 16)
+        return VectorLine(EightPairs{0, 2, 4, 6, 8, 10, 12, 14}, start, step, span, points);
+    if (span >= 8) return VectorLine(FourPairs{0, 2, 4, 6}, start, step, span, points);
+    for (int k = 0; k < span; ++k)
+        points[k] = FixedEntry(static_cast<int32_t>(start + static_cast<uint32_t>(k) * step));
 }
 
 // The points on a half, on the line of doubles from level to level + rise.
@@ -126,24 +137,27 @@ QUARNEL_KERNEL void HalvesOnDoubleLine(int32_t level, int32_t rise, int span, ui
 // The slopes between the segment ends are taken first, before any point is
 // written, so that no segment waits on the one before it. Segment g runs
 // from s = g x step up to (not including) its end e: point s is its start
-// level itself. Every entry is written once: for any other step than 16 the
-// first sixteen follow the grid of 16 instead, whose sixteenths are exact.
-QUARNEL_KERNEL void Rebuild(int step, const SegmentEnds& ends, uint16_t* plane) {
-    const int32_t* level = ends.level;
-    const int segments = ends.segments;
-    int32_t slope[kLutLevels];
-    for (int g = 0; g < segments; ++g)
-        slope[g] = FixedSlope(level[g + 1] - level[g], std::min(step, kTopLevel - g * step));
-    for (int g = 0; g < segments; ++g) {
-        const int s = g * step;
-        const int span = std::min(step, kTopLevel - s);
-        FixedLine(level[g], slope[g], span, plane + s);
-        HalvesOnDoubleLine(level[g], level[g + 1] - level[g], span, plane + s);
+// level itself. For any other step than 16 the first sixteen entries then
+// follow the grid of 16 instead, whose sixteenths are exact.
+template <VectorForm Form>
+struct Rebuild {
+    QUARNEL_KERNEL static void Run(int step, const SegmentEnds& ends, uint16_t* plane) {
+        const int32_t* level = ends.level;
+        const int segments = ends.segments;
+        int32_t slope[kLutLevels];
+        for (int g = 0; g < segments; ++g)
+            slope[g] = FixedSlope(level[g + 1] - level[g], std::min(step, kTopLevel - g * step));
+        for (int g = 0; g < segments; ++g) {
+            const int s = g * step;
+            const int span = std::min(step, kTopLevel - s);
+            FixedLine<Form>(level[g], slope[g], span, plane + s);
+            HalvesOnDoubleLine(level[g], level[g + 1] - level[g], span, plane + s);
+        }
+        plane[kTopLevel] = Entry(level[segments]);
+        if (step == kDefaultStep) return;
+        FixedLine<Form>(level[0], (ends.at16 - level[0]) * (kOneLevel / kDefaultStep), kDefaultStep, plane);
     }
-    plane[kTopLevel] = Entry(level[segments]);
-    if (step == kDefaultStep) return;
-    FixedLine(level[0], (ends.at16 - level[0]) * (kOneLevel / kDefaultStep), kDefaultStep, plane);
-}
+};
 
 int StepInForce(int step) { return step < 1 || step > kMaxStep ? kDefaultStep : step; }
 
