@@ -216,7 +216,7 @@ struct NvidiaKernel {
 QUARNEL_KERNEL void Igcl(const uint16_t* inLut, double* outIgcl) {
     for (std::size_t k = 0; k < kLevels * kPlanes; ++k) {
         double v = inLut[k];
-        DivideByFullScale(v);
+        DivideEntryByFullScale(v);
         outIgcl[k] = v;
     }
 }

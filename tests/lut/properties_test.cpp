@@ -98,7 +98,8 @@ TEST(LutProperty, NvidiaPostGammaIsThePlainConversionBitForBit) {
 }
 
 // Every 16-bit entry, and values between entries with every kind of
-// fraction, come out as the division rounds them.
+// fraction, come out as the division rounds them; every entry as well
+// through the form for whole entries.
 TEST(LutProperty, DivisionFreeQuotientIsTheDivisionsBitForBit) {
     std::mt19937_64 rng(7);
     std::uniform_int_distribution<int> entry(0, 65535);
@@ -113,6 +114,11 @@ TEST(LutProperty, DivisionFreeQuotientIsTheDivisionsBitForBit) {
     for (double x : xs) {
         double q = x;
         DivideByFullScale(q);
+        wrong += q != x / kLutFullScale;
+    }
+    for (int x = 0; x <= 65535; ++x) {
+        double q = x;
+        DivideEntryByFullScale(q);
         wrong += q != x / kLutFullScale;
     }
     EXPECT_EQ(wrong, 0);
