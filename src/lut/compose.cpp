@@ -6,6 +6,8 @@
 #include <functional>
 
 #include "core/lut16.h"
+#include "core/vector_forms.h"
+#include "platform/processor.h"
 
 namespace quarnel {
 namespace {
@@ -18,13 +20,19 @@ constexpr int32_t kUnknownKind = 1;
 // part of (entry + 128) / 256: the high byte, plus one where the low byte
 // is 128 or more, which the loop computes in 16-bit lanes. That sum is 256
 // at most, so taking its ninth bit off it holds it at 255.
-uint16_t ScaledIndex(uint16_t entry) {
+QUARNEL_KERNEL uint16_t ScaledIndex(uint16_t entry) {
     const auto rounded = static_cast<uint16_t>((entry >> 8) + ((entry >> 7) & 1));
     return static_cast<uint16_t>(rounded - (rounded >> 8));
 }
 
-uint16_t MapIndex(uint32_t kind, uint16_t entry) {
-    return kind != kComposeDirect ? ScaledIndex(entry) : std::min<uint16_t>(entry, kTopLevel);
+// The places of a map read as 8-bit levels, in a loop of their own for
+// each form: in AVX2 sixteen entries go at a time.
+QUARNEL_KERNEL void ScaledPlaces(const uint16_t* map, uint16_t* places) {
+    for (int c = 0; c < kLutPlanes; ++c) {
+        const auto offset = static_cast<uint16_t>(LutIndex(c, 0));
+        for (std::size_t i = LutIndex(c, 0); i < LutIndex(c + 1, 0); ++i)
+            places[i] = static_cast<uint16_t>(ScaledIndex(map[i]) + offset);
+    }
 }
 
 // Whether writing `out` could change entries of `base` still to be read.
@@ -36,10 +44,11 @@ bool Overlaps(const uint16_t* base, const uint16_t* out) {
 }  // namespace
 
 void ComposePlacesOf(uint32_t kind, const uint16_t* map, ComposePlaces& places) {
+    if (kind != kComposeDirect) return platform::RunLoop<ScaledPlaces>(map, places.data());
     for (int c = 0; c < kLutPlanes; ++c) {
         const auto offset = static_cast<uint16_t>(LutIndex(c, 0));
         for (std::size_t i = LutIndex(c, 0); i < LutIndex(c + 1, 0); ++i)
-            places[i] = static_cast<uint16_t>(MapIndex(kind, map[i]) + offset);
+            places[i] = static_cast<uint16_t>(std::min<uint16_t>(map[i], kTopLevel) + offset);
     }
 }
 
