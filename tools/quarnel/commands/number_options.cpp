@@ -5,6 +5,7 @@
 #include <cmath>
 #include <optional>
 #include <sstream>
+#include <string>
 
 namespace quarnel::tool {
 
@@ -20,6 +21,18 @@ std::optional<double> FiniteNumber(const std::string& text) {
     return v;
 }
 
+// Accepts a finite number that `fits`; refuses anything else with
+// "expected <what>, found "<text>"".
+template <typename Fits>
+CLI::Validator NumberValidator(Fits fits, std::string what) {
+    return CLI::Validator(
+        [=](const std::string& text) {
+            const auto v = FiniteNumber(text);
+            return v && fits(*v) ? std::string() : "expected " + what + ", found \"" + text + "\"";
+        },
+        "");
+}
+
 }  // namespace
 
 std::string Shown(double v) {
@@ -29,44 +42,21 @@ std::string Shown(double v) {
 }
 
 CLI::Validator FiniteRange(double low, double high) {
-    const std::string range = "a number from " + Shown(low) + " to " + Shown(high);
-    return CLI::Validator(
-        [=](const std::string& text) {
-            const auto v = FiniteNumber(text);
-            return v && *v >= low && *v <= high ? std::string() : "expected " + range + ", found \"" + text + "\"";
-        },
-        "");
+    return NumberValidator([=](double v) { return v >= low && v <= high; },
+                           "a number from " + Shown(low) + " to " + Shown(high));
 }
 
 CLI::Validator FiniteFrom(double low) {
-    return CLI::Validator(
-        [=](const std::string& text) {
-            const auto v = FiniteNumber(text);
-            return v && *v >= low ? std::string()
-                                  : "expected a number of at least " + Shown(low) + ", found \"" + text + "\"";
-        },
-        "");
+    return NumberValidator([=](double v) { return v >= low; }, "a number of at least " + Shown(low));
 }
 
 CLI::Validator FiniteAbove(double low) {
-    return CLI::Validator(
-        [=](const std::string& text) {
-            const auto v = FiniteNumber(text);
-            return v && *v > low ? std::string()
-                                 : "expected a number greater than " + Shown(low) + ", found \"" + text + "\"";
-        },
-        "");
+    return NumberValidator([=](double v) { return v > low; }, "a number greater than " + Shown(low));
 }
 
 CLI::Validator WholeNumberFrom(double low) {
-    return CLI::Validator(
-        [=](const std::string& text) {
-            const auto v = FiniteNumber(text);
-            return v && *v >= low && std::floor(*v) == *v
-                       ? std::string()
-                       : "expected a whole number of at least " + Shown(low) + ", found \"" + text + "\"";
-        },
-        "");
+    return NumberValidator([=](double v) { return v >= low && std::floor(v) == v; },
+                           "a whole number of at least " + Shown(low));
 }
 
 }  // namespace quarnel::tool
