@@ -91,10 +91,15 @@ int32_t LutBrightCtrl(uint16_t* lut, uint32_t lutApiType, double scale) {
     double scaleTH = lutApiType == CCT_LUT_API_QCOM ? kThresholdQcom : kThresholdOther;
     const int nIndex = TruncToInt(scaleTH * kTopLevelScale + 0.5);
     DebugPrint("scale: %f, Scale TH: %f, nIndex: %d\n", scale, scaleTH, nIndex);
-    scaleTH = FindThreshold(lut, scaleTH, nIndex);
-
-    const double k = (std::clamp(scale, 0.0, 1.0) - kKnee) * (1.0 - scaleTH) / kKneeSpan + scaleTH;
-    Resample(lut, k);
+    // At full scale the threshold's share of the factor cancels: for every
+    // threshold the search can find, the factor comes out within a few units
+    // in the last place of 1, far too close to move an entry, so the table
+    // stays as it is without searching for the threshold.
+    const double level = std::clamp(scale, 0.0, 1.0);
+    if (level != 1.0) {
+        scaleTH = FindThreshold(lut, scaleTH, nIndex);
+        Resample(lut, (level - kKnee) * (1.0 - scaleTH) / kKneeSpan + scaleTH);
+    }
 
     if (lutApiType == CCT_LUT_API_QCOM) LiftDimPeak(lut);
     DebugMessage(L"; VOK: ##Exit  LutBrightCtrl()##\n");
