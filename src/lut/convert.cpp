@@ -43,8 +43,9 @@ int32_t ConvertChecked(int32_t lutApiType, const uint16_t* inLut, uint16_t* outL
         case CCT_LUT_API_SRGB:
             convert::ConvertSrgbLut16(inLut, outLut);
             break;
-        default:  // whole 16-bit entries round to themselves: the table goes out as it stands
-            std::memmove(outLut, inLut, kLutEntries * sizeof(uint16_t));
+        default:  // whole 16-bit entries round to themselves: the table goes out as it stands, where it is if
+                  // it is converted in place
+            if (outLut != inLut) std::memmove(outLut, inLut, kLutEntries * sizeof(uint16_t));
             break;
     }
     return CCT_OK;
