@@ -17,11 +17,12 @@ constexpr int32_t kUnknownKind = 1;
 // Half-up of entry / 65280 x 255 in double, held at 255. The quotient is
 // entry / 256 but for rounding in its last place, which never carries it
 // across a half: for every one of the 65536 entries the result is the whole
-// part of (entry + 128) / 256: the high byte, plus one where the low byte
-// is 128 or more, which the loop computes in 16-bit lanes. That sum is 256
-// at most, so taking its ninth bit off it holds it at 255.
+// part of (entry + 128) / 256: the entry's whole halves of a level (entry /
+// 128) plus one, halved, three steps in 16-bit lanes. That is 256 at most,
+// so taking its ninth bit off it holds it at 255.
 QUARNEL_KERNEL uint16_t ScaledIndex(uint16_t entry) {
-    const auto rounded = static_cast<uint16_t>((entry >> 8) + ((entry >> 7) & 1));
+    const auto halves = static_cast<uint16_t>(entry >> 7);
+    const auto rounded = static_cast<uint16_t>((halves + 1) >> 1);
     return static_cast<uint16_t>(rounded - (rounded >> 8));
 }
 
