@@ -77,7 +77,10 @@ void BM_LutImprove(benchmark::State& state) {
     }
 }
 
+// Argument: the form of the LUT loops.
 void BM_LutLinInterp8Bit(benchmark::State& state) {
+    const ForcedForm form(state, state.range(0));
+    if (!form) return;
     const auto in = WarmLut();
     for (auto _ : state) {
         auto lut = in;
@@ -109,7 +112,10 @@ void BM_ComposeVivid(benchmark::State& state) {
     }
 }
 
+// Argument: the form of the LUT loops.
 void BM_ComposeLut(benchmark::State& state) {
+    const ForcedForm form(state, state.range(0));
+    if (!form) return;
     const auto in = WarmLut();
     std::array<uint16_t, kLutEntries> out{};
     for (auto _ : state) {
@@ -122,9 +128,9 @@ void BM_ComposeLut(benchmark::State& state) {
 
 BENCHMARK(BM_LutImprove);
 BENCHMARK(BM_ComposeVivid);
-BENCHMARK(BM_ComposeLut);
+BENCHMARK(BM_ComposeLut)->ArgName("form")->Apply([](auto* b) { EveryForm(b, {}); });
 BENCHMARK(BM_ApplyGains);
-BENCHMARK(BM_LutLinInterp8Bit);
+BENCHMARK(BM_LutLinInterp8Bit)->ArgName("form")->Apply([](auto* b) { EveryForm(b, {}); });
 BENCHMARK(BM_LutConvert)->ArgNames({"type", "form"})->Apply([](auto* b) {
     for (int64_t type = 0; type <= 5; ++type) EveryForm(b, {type});
 });
