@@ -21,10 +21,10 @@ public:
     GainedLut(const double* levels, const GainTriple& gains, const uint16_t* base)
         : levels_(levels), gains_(gains), base_(base) {}
 
-    void Entries(int channel, const int* levels, int count, uint16_t* out) const override {
+    void Levels(int channel, const int* at, int count, int32_t* out) const override {
         const uint16_t* plane = base_ + LutIndex(channel, 0);
         const double gain = gains_[static_cast<std::size_t>(channel)];
-        for (int i = 0; i < count; ++i) out[i] = GainedEntry(plane, levels_[levels[i]], gain);
+        for (int i = 0; i < count; ++i) out[i] = GainedEntry(plane, levels_[at[i]], gain) >> 8;
     }
     void Fill(uint16_t* lut) const override { ApplyGainsAtLevels(levels_, gains_.data(), base_, lut); }
 

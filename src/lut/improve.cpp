@@ -47,8 +47,8 @@ bool FetchStep(const CalibrationSource& source, StepByteFetch fetch, uint8_t& st
 class InPlaceLut final : public PendingLut {
 public:
     explicit InPlaceLut(const uint16_t* lut) : lut_(lut) {}
-    void Entries(int channel, const int* levels, int count, uint16_t* out) const override {
-        for (int i = 0; i < count; ++i) out[i] = lut_[LutIndex(channel, levels[i])];
+    void Levels(int channel, const int* at, int count, int32_t* out) const override {
+        for (int i = 0; i < count; ++i) out[i] = lut_[LutIndex(channel, at[i])] >> 8;
     }
     void Fill(uint16_t* lut) const override {
         if (lut != lut_) std::copy_n(lut_, kLutEntries, lut);

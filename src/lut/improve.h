@@ -36,13 +36,14 @@ inline constexpr int SMOOTH_LEVEL_MIN = 30;
 
 // A table not yet written out: worked out entry by entry from what it is
 // made of (a base LUT under gains, say). The step interpolation reads only
-// the few entries at its segment ends before it writes every entry anew, so
-// such a table is worked out whole only where a step reads it whole.
+// the 8-bit levels of the few entries at its segment ends before it writes
+// every entry anew, so such a table is worked out whole only where a step
+// reads it whole.
 class PendingLut {
 public:
-    // The entries of plane `channel` at `levels[0]` to `levels[count - 1]`,
-    // into `out`.
-    virtual void Entries(int channel, const int* levels, int count, uint16_t* out) const = 0;
+    // The 8-bit levels (high bytes) of plane `channel`'s entries at `at[0]`
+    // to `at[count - 1]`, into `out`.
+    virtual void Levels(int channel, const int* at, int count, int32_t* out) const = 0;
     // Every entry, into `lut`.
     virtual void Fill(uint16_t* lut) const = 0;
 

@@ -34,20 +34,20 @@ struct SegmentEnds {
     int32_t at16 = 0;
 };
 
-// Reads the ends through `entries` (the plane's entries at a list of
-// indices, in one go), before any entry of the plane is written.
-template <typename ReadEntries>
-void ReadEnds(int step, ReadEntries entries, SegmentEnds& ends) {
+// Reads the ends through `levels` (the high bytes of the plane's entries at
+// a list of indices, in one go), before any entry of the plane is written.
+// They go straight where the segments read them: a vector load of 16-bit
+// entries just stored one by one would wait for the stores to drain.
+template <typename ReadLevels>
+void ReadEnds(int step, ReadLevels levels, SegmentEnds& ends) {
     int at[kLutLevels + 1];
     int count = 0;
     at[count++] = 0;
     for (int s = 0; s < kTopLevel; s += step) at[count++] = std::min(s + step, kTopLevel);
     ends.segments = count - 1;
     if (step != kDefaultStep) at[count++] = kDefaultStep;
-    uint16_t entry[kLutLevels + 1];
-    entries(at, count, entry);
-    for (int i = 0; i <= ends.segments; ++i) ends.level[i] = entry[i] >> 8;
-    if (step != kDefaultStep) ends.at16 = entry[ends.segments + 1] >> 8;
+    levels(at, count, ends.level);
+    if (step != kDefaultStep) ends.at16 = ends.level[ends.segments + 1];
 }
 
 // A point of a segment from level a to level b, span points long, lies at
@@ -161,28 +161,28 @@ struct Rebuild {
 
 int StepInForce(int step) { return step < 1 || step > kMaxStep ? kDefaultStep : step; }
 
-template <typename ReadEntries>
-void Interpolate(int step, ReadEntries entries, uint16_t* plane) {
+template <typename ReadLevels>
+void Interpolate(int step, ReadLevels levels, uint16_t* plane) {
     step = StepInForce(step);
     SegmentEnds ends;
-    ReadEnds(step, entries, ends);
+    ReadEnds(step, levels, ends);
     platform::RunLoop<Rebuild>(step, ends, plane);
 }
 
 }  // namespace
 
 void LutLinInterp8Bit(int step, uint16_t* plane) {
-    const auto entries = [plane](const int* at, int count, uint16_t* out) {
-        for (int i = 0; i < count; ++i) out[i] = plane[at[i]];
+    const auto levels = [plane](const int* at, int count, int32_t* out) {
+        for (int i = 0; i < count; ++i) out[i] = plane[at[i]] >> 8;
     };
-    Interpolate(step, entries, plane);
+    Interpolate(step, levels, plane);
 }
 
 void LutLinInterp8Bit(int step, const PendingLut& from, int channel, uint16_t* plane) {
-    const auto entries = [&from, channel](const int* at, int count, uint16_t* out) {
-        from.Entries(channel, at, count, out);
+    const auto levels = [&from, channel](const int* at, int count, int32_t* out) {
+        from.Levels(channel, at, count, out);
     };
-    Interpolate(step, entries, plane);
+    Interpolate(step, levels, plane);
 }
 
 }  // namespace quarnel
