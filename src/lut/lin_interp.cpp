@@ -2,6 +2,7 @@
 // Step interpolation of an 8-bit LUT.
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cstring>
 #include <numeric>
@@ -63,10 +64,25 @@ void ReadEnds(int step, ReadLevels levels, SegmentEnds& ends) {
 constexpr int kFractionBits = 16;
 constexpr int32_t kOneLevel = int32_t{1} << kFractionBits;
 
-// The slope in 65536ths of a level a point, rounded up.
-int32_t FixedSlope(int32_t rise, int span) {
-    const int32_t scaled = rise * kOneLevel;
-    return scaled / span + static_cast<int32_t>(scaled % span > 0);
+// The whole part of m / span for 0 <= m < 2^24 (a rise's magnitude in
+// 65536ths, plus at most 63) is m x ceil(2^32 / span) shifted down 32 bits:
+// what the rounded-up inverse adds stays below m / 2^32 < 1 / 256, while a
+// quotient that is not whole lies at least 1 / 64 below the next whole
+// number. A multiply, where a division would hold each segment's slope up
+// for some twenty cycles.
+constexpr auto kSpanInverse = [] {
+    std::array<uint64_t, kMaxStep + 1> inverse{};
+    for (uint64_t span = 1; span <= kMaxStep; ++span) inverse[span] = ((uint64_t{1} << 32) + span - 1) / span;
+    return inverse;
+}();
+
+// The slope in 65536ths of a level a point, rounded up: a rise's magnitude
+// is rounded up, a fall's down.
+QUARNEL_KERNEL int32_t FixedSlope(int32_t rise, int span, uint64_t inverse) {
+    const auto magnitude = static_cast<uint64_t>(rise < 0 ? -rise : rise) * kOneLevel;
+    const auto up = static_cast<uint64_t>(rise > 0 ? span - 1 : 0);
+    const auto quotient = static_cast<int32_t>(((magnitude + up) * inverse) >> 32);
+    return rise < 0 ? -quotient : quotient;
 }
 
 QUARNEL_KERNEL uint16_t FixedEntry(int32_t point) { return Entry(point >> kFractionBits); }
@@ -144,9 +160,14 @@ struct Rebuild {
     QUARNEL_KERNEL static void Run(int step, const SegmentEnds& ends, uint16_t* plane) {
         const int32_t* level = ends.level;
         const int segments = ends.segments;
+        // Every segment but the last spans a whole step: their slopes share
+        // one inverse, and their loop vectorises.
         int32_t slope[kLutLevels];
-        for (int g = 0; g < segments; ++g)
-            slope[g] = FixedSlope(level[g + 1] - level[g], std::min(step, kTopLevel - g * step));
+        const uint64_t inverse = kSpanInverse[static_cast<std::size_t>(step)];
+        for (int g = 0; g < segments - 1; ++g) slope[g] = FixedSlope(level[g + 1] - level[g], step, inverse);
+        const int last = kTopLevel - (segments - 1) * step;
+        slope[segments - 1] =
+            FixedSlope(level[segments] - level[segments - 1], last, kSpanInverse[static_cast<std::size_t>(last)]);
         for (int g = 0; g < segments; ++g) {
             const int s = g * step;
             const int span = std::min(step, kTopLevel - s);
