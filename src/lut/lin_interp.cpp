@@ -160,8 +160,9 @@ struct Rebuild {
     QUARNEL_KERNEL static void Run(int step, const SegmentEnds& ends, uint16_t* plane) {
         const int32_t* level = ends.level;
         const int segments = ends.segments;
-        // Every segment but the last spans a whole step: their slopes share
-        // one inverse, and their loop vectorises.
+        // Every segment but the last spans a whole step, so their slopes
+        // share one inverse (and the AVX2 form works them out a vector at a
+        // time).
         int32_t slope[kLutLevels];
         const uint64_t inverse = kSpanInverse[static_cast<std::size_t>(step)];
         for (int g = 0; g < segments - 1; ++g) slope[g] = FixedSlope(level[g + 1] - level[g], step, inverse);
