@@ -20,8 +20,6 @@
 // T is double or a vector of doubles (taken by reference: a 32-byte vector
 // is not passed by value in the baseline form).
 
-#include <cstdint>
-
 #include "core/constants.h"
 #include "core/vector_forms.h"
 
@@ -38,19 +36,22 @@ QUARNEL_KERNEL void DivideByFullScale(T& x) {
 }
 
 // x / 65280 for a whole 16-bit entry x, to the same bits, in two multiplies
-// and an add. The inverse is split into a head of 37 significant bits,
-// floor(2^52 / 65280) / 2^52, whose product with a 16-bit x is exact, and
-// the rest of it as a double. Their sum lies within 2^-90 of x / 65280,
-// relative, far nearer than the 2^-9 ulp that keeps the quotient from every
-// halfway point between doubles (see above), so it rounds to the rounded
-// quotient. All 65536 entries give the division's bits.
+// and no add. 65280 is 255 x 2^8, and 255 divides 2^40 - 1, leaving
+// K = 0x0101010101 (the entry repeated every eight bits), so
+//   x / 65280 = x K 2^-48 / (1 - 2^-40) = x K c / (1 - 2^-80),
+// with c = 2^-48 (1 + 2^-40), a double. x K has at most 16 + 33 significant
+// bits, so the first product is exact, and the second is the quotient times
+// 1 - 2^-80, rounded once: within 2^-27 ulp below the quotient. That is far
+// nearer than the 2^-9 ulp that keeps an inexact quotient from every halfway
+// point between doubles (see above), and an exact quotient is a double with
+// its neighbour below at least half an ulp away, so either way it rounds to
+// the rounded quotient. All 65536 entries give the division's bits.
 template <typename T>
 QUARNEL_KERNEL void DivideEntryByFullScale(T& x) {
-    constexpr double kTwo52 = 4503599627370496.0;
-    constexpr auto kHeadBits = (uint64_t{1} << 52) / static_cast<uint64_t>(kLutFullScale);
-    constexpr double kHead = static_cast<double>(kHeadBits) / kTwo52;
-    constexpr double kTail = (kTwo52 - kLutFullScale * static_cast<double>(kHeadBits)) / kLutFullScale / kTwo52;
-    x = x * kHead + x * kTail;
+    constexpr double kRepeated = 0x0101010101p0;
+    constexpr double kScale = 0x1p-48 * (1.0 + 0x1p-40);
+    static_assert(kLutFullScale == 255.0 * 0x1p8 && kRepeated * 255.0 == 0x1p40 - 1.0);
+    x = x * kRepeated * kScale;
 }
 
 }  // namespace quarnel
