@@ -5,6 +5,8 @@
 #include <cstring>
 #include <type_traits>
 
+#include <emmintrin.h>
+
 #include "core/constants.h"
 #include "core/full_scale.h"
 #include "core/lut16.h"
@@ -21,38 +23,86 @@ constexpr std::size_t kLevels = kLutLevels;
 constexpr std::size_t kPlanes = kLutPlanes;
 constexpr std::size_t kPoints = kNvPoints;
 
-// Four entries of one plane.
-using PlaneQuad = uint16_t __attribute__((vector_size(kLanes * sizeof(uint16_t))));
+// Four entries of a plane as 32-bit lanes.
+using Quad32 = int32_t __attribute__((vector_size(kLanes * sizeof(int32_t))));
 
-// Half-up of four entries of a plane, stored from `entry` on. The
-// re-sampled values lie between two 16-bit entries, so half-up needs no
-// clamp here.
-QUARNEL_KERNEL void StoreRounded(const Level& v, uint16_t* entry) {
-    const PlaneQuad quad = __builtin_convertvector(__builtin_convertvector(v + 0.5, LevelInts), PlaneQuad);
-    std::memcpy(entry, &quad, sizeof quad);
-}
-
-// Four levels at a time, transposed back into the planes: levels i to i + 3
-// become a vector of red, one of green and one of blue entries.
-QUARNEL_KERNEL void SrgbLut16(const uint16_t* inLut, uint16_t* outLut) {
-    Level source[kLevels + 1];
-    ToLevels(inLut, source);
-    const SrgbTaps& taps = Srgb();
-    for (std::size_t i = 0; i < kLevels; i += kLanes) {
-        Level v0, v1, v2, v3;
-        Resample(taps, source, i, v0);
-        Resample(taps, source, i + 1, v1);
-        Resample(taps, source, i + 2, v2);
-        Resample(taps, source, i + 3, v3);
-        const Level redBlue01 = __builtin_shufflevector(v0, v1, 0, 4, 2, 6);  // r0 r1 b0 b1
-        const Level green01 = __builtin_shufflevector(v0, v1, 1, 5, 3, 7);    // g0 g1 and the spare lanes
-        const Level redBlue23 = __builtin_shufflevector(v2, v3, 0, 4, 2, 6);
-        const Level green23 = __builtin_shufflevector(v2, v3, 1, 5, 3, 7);
-        StoreRounded(__builtin_shufflevector(redBlue01, redBlue23, 0, 1, 4, 5), outLut + i);
-        StoreRounded(__builtin_shufflevector(green01, green23, 0, 1, 4, 5), outLut + kLevels + i);
-        StoreRounded(__builtin_shufflevector(redBlue01, redBlue23, 2, 3, 6, 7), outLut + 2 * kLevels + i);
+// Rounds eight re-sampled values of a plane (two vectors of four) to the
+// nearest entries and stores them from `entry` on. A value v = a + r lies
+// between two 16-bit entries, and its rise r = (b - a) x f stays more than
+// 2^-30 from every half-integer for every level's f and every difference
+// b - a (the LUT property tests check all of them). So do a + r and, after
+// rounding within 2^-38 below 2^16, v: v + 0.5 truncated is then the
+// integer nearest v, which adding 1.5 x 2^52 - 32768 leaves, less 32768, in
+// the low half of the sum's bits, where doubles are whole numbers. That is a
+// signed 16-bit value, which a saturating pack keeps as it is and flipping
+// the top bit turns back into the entry.
+QUARNEL_KERNEL void StoreRounded(const Level& low, const Level& high, uint16_t* entry) {
+    constexpr double kLowBitsAreNearest = 0x1.8p52 - 32768.0;
+    Quad32 halves[2];
+    for (int n = 0; n < 2; ++n) {
+        using Bits = int32_t __attribute__((vector_size(2 * kLanes * sizeof(int32_t))));
+        const Bits bits = reinterpret_cast<Bits>((n == 0 ? low : high) + kLowBitsAreNearest);
+        halves[n] = __builtin_shufflevector(bits, bits, 0, 2, 4, 6);
     }
+    const auto packed = reinterpret_cast<PlaneEntries>(
+        _mm_packs_epi32(reinterpret_cast<__m128i>(halves[0]), reinterpret_cast<__m128i>(halves[1])));
+    constexpr uint16_t kTopBit = 0x8000;
+    const PlaneEntries entries = packed ^ kTopBit;
+    std::memcpy(entry, &entries, sizeof entries);
 }
+
+// The sRGB-folded table, eight levels at a time, in the form's own vectors:
+// four-lane levels transposed back into planes in AVX2; pairs of levels as
+// three pairs of doubles in the baseline form, which would otherwise work
+// on every level's spare lane.
+template <VectorForm Form>
+struct SrgbKernel {
+    // Levels i to i + 7 re-sampled, as each plane's values i to i + 3 and
+    // i + 4 to i + 7.
+    QUARNEL_KERNEL static void Resample8(const SrgbTaps& taps, const Level* source, std::size_t i,
+                                         Level (&planes)[3][2]) {
+        for (std::size_t half = 0; half < 2; ++half) {
+            const std::size_t k = i + kLanes * half;
+            if constexpr (kDoubleLanes<Form> == kLanes) {
+                Level v0, v1, v2, v3;
+                Resample(taps, source, k, v0);
+                Resample(taps, source, k + 1, v1);
+                Resample(taps, source, k + 2, v2);
+                Resample(taps, source, k + 3, v3);
+                const Level redBlue01 = __builtin_shufflevector(v0, v1, 0, 4, 2, 6);  // r0 r1 b0 b1
+                const Level green01 = __builtin_shufflevector(v0, v1, 1, 5, 3, 7);    // g0 g1 and the spare lanes
+                const Level redBlue23 = __builtin_shufflevector(v2, v3, 0, 4, 2, 6);
+                const Level green23 = __builtin_shufflevector(v2, v3, 1, 5, 3, 7);
+                planes[0][half] = __builtin_shufflevector(redBlue01, redBlue23, 0, 1, 4, 5);
+                planes[1][half] = __builtin_shufflevector(green01, green23, 0, 1, 4, 5);
+                planes[2][half] = __builtin_shufflevector(redBlue01, redBlue23, 2, 3, 6, 7);
+            } else {
+                const auto* doubles = reinterpret_cast<const double*>(source);
+                Half rg0, br0, gb0, rg1, br1, gb1;
+                ResamplePair(taps, doubles, k, rg0, br0, gb0);
+                ResamplePair(taps, doubles, k + 2, rg1, br1, gb1);
+                planes[0][half] = __builtin_shufflevector(__builtin_shufflevector(rg0, br0, 0, 3),
+                                                          __builtin_shufflevector(rg1, br1, 0, 3), 0, 1, 2, 3);
+                planes[1][half] = __builtin_shufflevector(__builtin_shufflevector(rg0, gb0, 1, 2),
+                                                          __builtin_shufflevector(rg1, gb1, 1, 2), 0, 1, 2, 3);
+                planes[2][half] = __builtin_shufflevector(__builtin_shufflevector(br0, gb0, 0, 3),
+                                                          __builtin_shufflevector(br1, gb1, 0, 3), 0, 1, 2, 3);
+            }
+        }
+    }
+
+    QUARNEL_KERNEL static void Run(const uint16_t* inLut, uint16_t* outLut) {
+        Level source[kLevels + 1];
+        ToLevels(inLut, source);
+        const SrgbTaps& taps = Srgb();
+        for (std::size_t i = 0; i < kLevels; i += 2 * kLanes) {
+            Level planes[3][2];
+            Resample8(taps, source, i, planes);
+            for (std::size_t p = 0; p < kPlanes; ++p)
+                StoreRounded(planes[p][0], planes[p][1], outLut + p * kLevels + i);
+        }
+    }
+};
 
 // The normalised levels as the post-gamma points read them: each level
 // twice over (red, green, blue, red, green, blue), so that a run of its
@@ -97,28 +147,12 @@ struct NvidiaKernel {
         std::memcpy(level + kPlanes, &v, sizeof v);
     }
 
-    // Levels i and i + 1 in pairs of doubles, each stored twice over as
-    // (r g), (b r), (g b). Their six channels fill three pairs, where one
-    // level alone would leave half of its second pair spare: the middle pair
-    // is level i's blue and level i + 1's red, each re-sampled with its own
-    // level's fraction.
+    // Levels i and i + 1 re-sampled in pairs of doubles and over the full
+    // scale, each stored twice over as (r g), (b r), (g b).
     QUARNEL_KERNEL static void NormalisePair(const SrgbTaps& taps, const double* source, std::size_t i,
                                              double* repeated) {
-        const double* a0 = source + taps.lo[i] * kLanes;
-        const double* a1 = source + taps.lo[i + 1] * kLanes;
-        const double f0 = taps.f[i];
-        const double f1 = taps.f[i + 1];
-        Doubles rg0, rg1, gb0, gb1;
-        Load(a0, rg0);
-        Load(a0 + kLanes, rg1);
-        Load(a1 + 1, gb0);
-        Load(a1 + kLanes + 1, gb1);
-        const Doubles br0{a0[2], a1[0]};
-        const Doubles br1{a0[kLanes + 2], a1[kLanes]};
-        const Doubles brF{f0, f1};
-        Doubles rg = rg0 + (rg1 - rg0) * f0;
-        Doubles br = br0 + (br1 - br0) * brF;
-        Doubles gb = gb0 + (gb1 - gb0) * f1;
+        Doubles rg, br, gb;
+        ResamplePair(taps, source, i, rg, br, gb);
         DivideByFullScale(rg);
         DivideByFullScale(br);
         DivideByFullScale(gb);
@@ -223,7 +257,7 @@ QUARNEL_KERNEL void Igcl(const uint16_t* inLut, double* outIgcl) {
 
 }  // namespace
 
-void ConvertSrgbLut16(const uint16_t* inLut, uint16_t* outLut) { platform::RunLoop<SrgbLut16>(inLut, outLut); }
+void ConvertSrgbLut16(const uint16_t* inLut, uint16_t* outLut) { platform::RunLoop<SrgbKernel>(inLut, outLut); }
 
 void ConvertNvidia(const uint16_t* inLut, float* outNv) { platform::RunLoop<NvidiaKernel>(inLut, outNv); }
 

@@ -59,6 +59,30 @@ QUARNEL_KERNEL void Resample(const SrgbTaps& t, const Level* source, std::size_t
     out = a + (b - a) * t.f[i];
 }
 
+// Levels i and i + 1 re-sampled in pairs of doubles, (r g), (b r), (g b):
+// their six channels fill three pairs, where one level alone would leave
+// half of its second pair spare. The middle pair is level i's blue and
+// level i + 1's red, each re-sampled with its own level's fraction.
+// `source` is the levels' doubles.
+QUARNEL_KERNEL void ResamplePair(const SrgbTaps& taps, const double* source, std::size_t i, Half& rg, Half& br,
+                                 Half& gb) {
+    const double* a0 = source + taps.lo[i] * kLanes;
+    const double* a1 = source + taps.lo[i + 1] * kLanes;
+    const double f0 = taps.f[i];
+    const double f1 = taps.f[i + 1];
+    Half rg0, rg1, gb0, gb1;
+    std::memcpy(&rg0, a0, sizeof rg0);
+    std::memcpy(&rg1, a0 + kLanes, sizeof rg1);
+    std::memcpy(&gb0, a1 + 1, sizeof gb0);
+    std::memcpy(&gb1, a1 + kLanes + 1, sizeof gb1);
+    const Half br0{a0[2], a1[0]};
+    const Half br1{a0[kLanes + 2], a1[kLanes]};
+    const Half brF{f0, f1};
+    rg = rg0 + (rg1 - rg0) * f0;
+    br = br0 + (br1 - br0) * brF;
+    gb = gb0 + (gb1 - gb0) * f1;
+}
+
 // Point j between levels a and b (the level above it), f[j] of the way, as
 // the point's three floats.
 QUARNEL_KERNEL void PostGammaPoint(const Level& a, const Level& b, std::size_t j, float* post) {

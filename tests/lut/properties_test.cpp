@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 // LUT steps over seeded random panel curves: what each driver form gives
-// back, brightness control at full scale, and the division-free quotient
-// by the full scale.
+// back, brightness control at full scale, the division-free quotient by
+// the full scale, and the margin that lets the sRGB-folded table round to
+// nearest.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -14,6 +15,7 @@
 #include "core/srgb.h"
 #include "lut/bright_ctrl.h"
 #include "lut/convert.h"
+#include "lut/convert_taps.h"
 #include "support/capture.h"
 
 namespace quarnel {
@@ -122,6 +124,21 @@ TEST(LutProperty, DivisionFreeQuotientIsTheDivisionsBitForBit) {
         wrong += q != x / kLutFullScale;
     }
     EXPECT_EQ(wrong, 0);
+}
+
+// The sRGB-folded table rounds each re-sampled entry to the nearest
+// integer rather than adding a half and truncating; the two agree while
+// every rise (b - a) x f, over every level's fraction and every difference
+// of two 16-bit entries, stays clear of half-integers.
+TEST(LutProperty, ResampledRisesStayClearOfHalfIntegers) {
+    double nearest = 1.0;
+    for (const double f : convert::Srgb().f) {
+        for (int d = -65535; d <= 65535; ++d) {
+            const double rise = d * f;
+            nearest = std::min(nearest, std::abs(rise - std::floor(rise) - 0.5));
+        }
+    }
+    EXPECT_GT(nearest, 0x1p-30);
 }
 
 }  // namespace
