@@ -26,6 +26,22 @@ constexpr std::size_t kPoints = kNvPoints;
 // Four entries of a plane as 32-bit lanes.
 using Quad32 = int32_t __attribute__((vector_size(kLanes * sizeof(int32_t))));
 
+// The low halves of the bits of four doubles, in the form's own vectors: the
+// baseline form takes them from each 16-byte half, where a 32-byte shuffle
+// would go through memory.
+template <VectorForm Form>
+QUARNEL_KERNEL Quad32 LowHalves(const Level& v) {
+    if constexpr (kDoubleLanes<Form> == kLanes) {
+        using Bits = int32_t __attribute__((vector_size(2 * kLanes * sizeof(int32_t))));
+        const auto bits = reinterpret_cast<Bits>(v);
+        return __builtin_shufflevector(bits, bits, 0, 2, 4, 6);
+    } else {
+        const auto front = reinterpret_cast<Quad32>(__builtin_shufflevector(v, v, 0, 1));
+        const auto back = reinterpret_cast<Quad32>(__builtin_shufflevector(v, v, 2, 3));
+        return __builtin_shufflevector(front, back, 0, 2, 4, 6);
+    }
+}
+
 // Rounds eight re-sampled values of a plane (two vectors of four) to the
 // nearest entries and stores them from `entry` on. A value v = a + r lies
 // between two 16-bit entries, and its rise r = (b - a) x f stays more than
@@ -36,16 +52,13 @@ using Quad32 = int32_t __attribute__((vector_size(kLanes * sizeof(int32_t))));
 // the low half of the sum's bits, where doubles are whole numbers. That is a
 // signed 16-bit value, which a saturating pack keeps as it is and flipping
 // the top bit turns back into the entry.
+template <VectorForm Form>
 QUARNEL_KERNEL void StoreRounded(const Level& low, const Level& high, uint16_t* entry) {
     constexpr double kLowBitsAreNearest = 0x1.8p52 - 32768.0;
-    Quad32 halves[2];
-    for (int n = 0; n < 2; ++n) {
-        using Bits = int32_t __attribute__((vector_size(2 * kLanes * sizeof(int32_t))));
-        const Bits bits = reinterpret_cast<Bits>((n == 0 ? low : high) + kLowBitsAreNearest);
-        halves[n] = __builtin_shufflevector(bits, bits, 0, 2, 4, 6);
-    }
+    const Quad32 front = LowHalves<Form>(low + kLowBitsAreNearest);
+    const Quad32 back = LowHalves<Form>(high + kLowBitsAreNearest);
     const auto packed = reinterpret_cast<PlaneEntries>(
-        _mm_packs_epi32(reinterpret_cast<__m128i>(halves[0]), reinterpret_cast<__m128i>(halves[1])));
+        _mm_packs_epi32(reinterpret_cast<__m128i>(front), reinterpret_cast<__m128i>(back)));
     constexpr uint16_t kTopBit = 0x8000;
     const PlaneEntries entries = packed ^ kTopBit;
     std::memcpy(entry, &entries, sizeof entries);
@@ -99,7 +112,7 @@ struct SrgbKernel {
             Level planes[3][2];
             Resample8(taps, source, i, planes);
             for (std::size_t p = 0; p < kPlanes; ++p)
-                StoreRounded(planes[p][0], planes[p][1], outLut + p * kLevels + i);
+                StoreRounded<Form>(planes[p][0], planes[p][1], outLut + p * kLevels + i);
         }
     }
 };
