@@ -42,21 +42,23 @@ QUARNEL_KERNEL Quad32 LowHalves(const Level& v) {
     }
 }
 
-// Rounds eight re-sampled values of a plane (two vectors of four) to the
-// nearest entries and stores them from `entry` on. A value v = a + r lies
-// between two 16-bit entries, and its rise r = (b - a) x f stays more than
-// 2^-30 from every half-integer for every level's f and every difference
-// b - a (the LUT property tests check all of them). So do a + r and, after
-// rounding within 2^-38 below 2^16, v: v + 0.5 truncated is then the
-// integer nearest v, which adding 1.5 x 2^52 - 32768 leaves, less 32768, in
-// the low half of the sum's bits, where doubles are whole numbers. That is a
-// signed 16-bit value, which a saturating pack keeps as it is and flipping
-// the top bit turns back into the entry.
+// Rounds eight re-sampled values of a plane (two vectors of four) to
+// entries and stores them from `entry` on. The levels lie kWholeOffset above
+// their entries (see ToOffsetLevels), where the doubles are the whole
+// numbers: a value A + (B - A) x f takes the rise r = (b - a) x f just as
+// the entries would (B - A is b - a, exactly), and its sum with A rounds
+// once to the offset plus the integer nearest a + r. The rise stays more
+// than 2^-30 from every half-integer for every level's f and every
+// difference b - a (the LUT property tests check them all), so that integer
+// is also what a + r rounded to a double (within 2^-38 below 2^16) and then
+// rounded half-up gives. The entry is the low half of the value's bits;
+// less 32768 it is a signed 16-bit value, which a saturating pack keeps as
+// it is and flipping the top bit turns back into the entry.
 template <VectorForm Form>
 QUARNEL_KERNEL void StoreRounded(const Level& low, const Level& high, uint16_t* entry) {
-    constexpr double kLowBitsAreNearest = 0x1.8p52 - 32768.0;
-    const Quad32 front = LowHalves<Form>(low + kLowBitsAreNearest);
-    const Quad32 back = LowHalves<Form>(high + kLowBitsAreNearest);
+    constexpr int32_t kMiddle = 32768;
+    const Quad32 front = LowHalves<Form>(low) - kMiddle;
+    const Quad32 back = LowHalves<Form>(high) - kMiddle;
     const auto packed = reinterpret_cast<PlaneEntries>(
         _mm_packs_epi32(reinterpret_cast<__m128i>(front), reinterpret_cast<__m128i>(back)));
     constexpr uint16_t kTopBit = 0x8000;
@@ -106,7 +108,7 @@ struct SrgbKernel {
 
     QUARNEL_KERNEL static void Run(const uint16_t* inLut, uint16_t* outLut) {
         Level source[kLevels + 1];
-        ToLevels(inLut, source);
+        ToOffsetLevels(inLut, source);
         const SrgbTaps& taps = Srgb();
         for (std::size_t i = 0; i < kLevels; i += 2 * kLanes) {
             Level planes[3][2];

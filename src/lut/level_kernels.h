@@ -4,6 +4,7 @@
 // of doubles, the sRGB re-sampling of one level, and a single post-gamma
 // point. Inlined into each form (see core/vector_forms.h).
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -19,14 +20,12 @@ namespace quarnel::convert {
 // Sixteen bytes of one plane: eight entries.
 using PlaneEntries = uint16_t __attribute__((vector_size(8 * sizeof(uint16_t))));
 
-// The planes as levels of unscaled doubles, with a zero level above the top
-// for the re-sampling to read at the top. The entries are first interleaved
-// as they stand, eight levels at a time in 16-byte shuffles (which every
-// form has), into (r g b 0) per level, and then converted to doubles in one
-// loop, which vectorises.
-QUARNEL_KERNEL void ToLevels(const uint16_t* in, Level* levels) {
-    constexpr std::size_t kEntries = (kLutLevels + 1) * kLanes;
-    alignas(sizeof(PlaneEntries)) uint16_t entries[kEntries];
+inline constexpr std::size_t kLevelEntries = (kLutLevels + 1) * kLanes;
+
+// The planes' entries interleaved as they stand, eight levels at a time in
+// 16-byte shuffles (which every form has), into (r g b 0) per level, with a
+// zero level above the top for the re-sampling to read at the top.
+QUARNEL_KERNEL void InterleaveLevels(const uint16_t* in, uint16_t* entries) {
     const PlaneEntries zero{};
     for (std::size_t i = 0; i < kLutLevels; i += 8) {
         PlaneEntries r, g, b;
@@ -44,11 +43,48 @@ QUARNEL_KERNEL void ToLevels(const uint16_t* in, Level* levels) {
         std::memcpy(entries + i * kLanes, quads, sizeof quads);
     }
     std::memset(entries + kLutLevels * kLanes, 0, kLanes * sizeof(uint16_t));
+}
+
+// The planes as levels of unscaled doubles: the interleaved entries
+// converted in one loop, which vectorises.
+QUARNEL_KERNEL void ToLevels(const uint16_t* in, Level* levels) {
+    alignas(sizeof(PlaneEntries)) uint16_t entries[kLevelEntries];
+    InterleaveLevels(in, entries);
     auto* out = reinterpret_cast<unsigned char*>(levels);
-    for (std::size_t k = 0; k < kEntries; ++k) {
+    for (std::size_t k = 0; k < kLevelEntries; ++k) {
         const double v = entries[k];
         std::memcpy(out + k * sizeof v, &v, sizeof v);
     }
+}
+
+// The planes as levels of doubles kWholeOffset above their entries, and the
+// zero level above the top as the offset itself. From
+// 2^52 to 2^53 the doubles are the whole numbers, and this offset has no
+// bits in the low half, so each double is its entry under the offset's
+// high half: two shuffles, where a conversion from integers takes more.
+inline constexpr double kWholeOffset = 0x1.8p52;
+
+QUARNEL_KERNEL void ToOffsetLevels(const uint16_t* in, Level* levels) {
+    using Halves = uint32_t __attribute__((vector_size(kLanes * sizeof(uint32_t))));
+    constexpr auto kOffsetBits = std::bit_cast<uint64_t>(kWholeOffset);
+    static_assert(static_cast<uint32_t>(kOffsetBits) == 0);
+    constexpr auto kHigh = static_cast<uint32_t>(kOffsetBits >> 32);
+    const Halves high{kHigh, kHigh, kHigh, kHigh};
+    alignas(sizeof(PlaneEntries)) uint16_t entries[kLevelEntries];
+    InterleaveLevels(in, entries);
+    const PlaneEntries zero{};
+    auto* out = reinterpret_cast<unsigned char*>(levels);
+    for (std::size_t k = 0; k < kLutLevels * kLanes; k += 8) {
+        PlaneEntries e;
+        std::memcpy(&e, entries + k, sizeof e);
+        const auto front = reinterpret_cast<Halves>(__builtin_shufflevector(e, zero, 0, 8, 1, 9, 2, 10, 3, 11));
+        const auto back = reinterpret_cast<Halves>(__builtin_shufflevector(e, zero, 4, 12, 5, 13, 6, 14, 7, 15));
+        const Halves doubles[4] = {
+            __builtin_shufflevector(front, high, 0, 4, 1, 5), __builtin_shufflevector(front, high, 2, 6, 3, 7),
+            __builtin_shufflevector(back, high, 0, 4, 1, 5), __builtin_shufflevector(back, high, 2, 6, 3, 7)};
+        std::memcpy(out + k * sizeof(double), doubles, sizeof doubles);
+    }
+    levels[kLutLevels] = Level{} + kWholeOffset;
 }
 
 // Level i re-sampled through the sRGB encoding: a + (b - a) x f, b the level
