@@ -68,7 +68,7 @@ void Interpolate(const CalibrationSource& source, StepByteFetch fetch, const Pen
         return;
     }
     DebugPrint("; VOK: Get bios[%d]: %d\n ", kBlockStepByte, step);
-    for (int c = 0; c < kLutPlanes; ++c) LutLinInterp8Bit(step, from, c, lut + LutIndex(c, 0));
+    LutLinInterp8Bit(step, from, lut);
 }
 
 void Smooth(uint16_t* lut) {

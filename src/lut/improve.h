@@ -74,7 +74,8 @@ int32_t LutSmooth8Bit(const Lut8& in, Lut8& out);
 // It has no failure path.
 void LutLinInterp8Bit(int step, uint16_t* plane);
 
-// The same for plane `channel` of `from`, written into `plane`.
-void LutLinInterp8Bit(int step, const PendingLut& from, int channel, uint16_t* plane);
+// The same for every plane of `from`, written into `lut`: the entries each
+// plane reads are worked out once for all three.
+void LutLinInterp8Bit(int step, const PendingLut& from, uint16_t* lut);
 
 }  // namespace quarnel

@@ -26,9 +26,25 @@ QUARNEL_KERNEL uint16_t Entry(int32_t level) { return static_cast<uint16_t>(leve
 // guards for values out of range.
 QUARNEL_KERNEL int32_t TruncToLevel(double pointAndHalf) { return static_cast<int32_t>(pointAndHalf); }
 
-// The 8-bit levels that the interpolation of one plane reads: the high
-// bytes of entry 0, of every segment end (e = s + step, capped at 255) and,
-// for any other step than 16, of entry 16, which the grid of 16 reads.
+// The entries whose 8-bit levels the interpolation of a plane reads: entry
+// 0, every segment end (e = s + step, capped at 255) and, for any other step
+// than 16, entry 16, which the grid of 16 reads. The same for every plane.
+struct EndPlaces {
+    int at[kLutLevels + 1];
+    int count = 0;
+    int segments = 0;
+};
+
+EndPlaces EndPlacesAt(int step) {
+    EndPlaces places;
+    places.at[places.count++] = 0;
+    for (int s = 0; s < kTopLevel; s += step) places.at[places.count++] = std::min(s + step, kTopLevel);
+    places.segments = places.count - 1;
+    if (step != kDefaultStep) places.at[places.count++] = kDefaultStep;
+    return places;
+}
+
+// One plane's ends, as levels.
 struct SegmentEnds {
     int32_t level[kLutLevels + 1];
     int segments = 0;
@@ -40,14 +56,9 @@ struct SegmentEnds {
 // They go straight where the segments read them: a vector load of 16-bit
 // entries just stored one by one would wait for the stores to drain.
 template <typename ReadLevels>
-void ReadEnds(int step, ReadLevels levels, SegmentEnds& ends) {
-    int at[kLutLevels + 1];
-    int count = 0;
-    at[count++] = 0;
-    for (int s = 0; s < kTopLevel; s += step) at[count++] = std::min(s + step, kTopLevel);
-    ends.segments = count - 1;
-    if (step != kDefaultStep) at[count++] = kDefaultStep;
-    levels(at, count, ends.level);
+void ReadEnds(int step, const EndPlaces& places, ReadLevels levels, SegmentEnds& ends) {
+    levels(places.at, places.count, ends.level);
+    ends.segments = places.segments;
     if (step != kDefaultStep) ends.at16 = ends.level[ends.segments + 1];
 }
 
@@ -183,28 +194,27 @@ struct Rebuild {
 
 int StepInForce(int step) { return step < 1 || step > kMaxStep ? kDefaultStep : step; }
 
-template <typename ReadLevels>
-void Interpolate(int step, ReadLevels levels, uint16_t* plane) {
-    step = StepInForce(step);
-    SegmentEnds ends;
-    ReadEnds(step, levels, ends);
-    platform::RunLoop<Rebuild>(step, ends, plane);
-}
-
 }  // namespace
 
 void LutLinInterp8Bit(int step, uint16_t* plane) {
+    step = StepInForce(step);
     const auto levels = [plane](const int* at, int count, int32_t* out) {
         for (int i = 0; i < count; ++i) out[i] = plane[at[i]] >> 8;
     };
-    Interpolate(step, levels, plane);
+    SegmentEnds ends;
+    ReadEnds(step, EndPlacesAt(step), levels, ends);
+    platform::RunLoop<Rebuild>(step, ends, plane);
 }
 
-void LutLinInterp8Bit(int step, const PendingLut& from, int channel, uint16_t* plane) {
-    const auto levels = [&from, channel](const int* at, int count, int32_t* out) {
-        from.Levels(channel, at, count, out);
-    };
-    Interpolate(step, levels, plane);
+void LutLinInterp8Bit(int step, const PendingLut& from, uint16_t* lut) {
+    step = StepInForce(step);
+    const EndPlaces places = EndPlacesAt(step);
+    for (int c = 0; c < kLutPlanes; ++c) {
+        const auto levels = [&from, c](const int* at, int count, int32_t* out) { from.Levels(c, at, count, out); };
+        SegmentEnds ends;
+        ReadEnds(step, places, levels, ends);
+        platform::RunLoop<Rebuild>(step, ends, lut + LutIndex(c, 0));
+    }
 }
 
 }  // namespace quarnel
