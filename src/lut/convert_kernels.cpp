@@ -26,39 +26,32 @@ constexpr std::size_t kPoints = kNvPoints;
 // Four entries of a plane as 32-bit lanes.
 using Quad32 = int32_t __attribute__((vector_size(kLanes * sizeof(int32_t))));
 
-// The low halves of the bits of four doubles, in the form's own vectors: the
-// baseline form takes them from each 16-byte half, where a 32-byte shuffle
-// would go through memory.
-template <VectorForm Form>
+// The sRGB-folded table's levels lie kWholeOffset above their entries (see
+// ToOffsetLevels), where the doubles are the whole numbers: a re-sampled
+// value A + (B - A) x f takes the rise r = (b - a) x f just as the entries
+// would (B - A is b - a, exactly), and its sum with A rounds once to the
+// offset plus the integer nearest a + r. The rise stays more than 2^-30
+// from every half-integer for every level's f and every difference b - a
+// (the LUT property tests check them all), so that integer is also what
+// a + r rounded to a double (within 2^-38 below 2^16) and then rounded
+// half-up gives. So the entry is the low 16 bits of the value's bits, the
+// rest of the low half being zero.
+
+// The low halves of the bits of four doubles, from each 16-byte half.
 QUARNEL_KERNEL Quad32 LowHalves(const Level& v) {
-    if constexpr (kDoubleLanes<Form> == kLanes) {
-        using Bits = int32_t __attribute__((vector_size(2 * kLanes * sizeof(int32_t))));
-        const auto bits = reinterpret_cast<Bits>(v);
-        return __builtin_shufflevector(bits, bits, 0, 2, 4, 6);
-    } else {
-        const auto front = reinterpret_cast<Quad32>(__builtin_shufflevector(v, v, 0, 1));
-        const auto back = reinterpret_cast<Quad32>(__builtin_shufflevector(v, v, 2, 3));
-        return __builtin_shufflevector(front, back, 0, 2, 4, 6);
-    }
+    const auto front = reinterpret_cast<Quad32>(__builtin_shufflevector(v, v, 0, 1));
+    const auto back = reinterpret_cast<Quad32>(__builtin_shufflevector(v, v, 2, 3));
+    return __builtin_shufflevector(front, back, 0, 2, 4, 6);
 }
 
-// Rounds eight re-sampled values of a plane (two vectors of four) to
-// entries and stores them from `entry` on. The levels lie kWholeOffset above
-// their entries (see ToOffsetLevels), where the doubles are the whole
-// numbers: a value A + (B - A) x f takes the rise r = (b - a) x f just as
-// the entries would (B - A is b - a, exactly), and its sum with A rounds
-// once to the offset plus the integer nearest a + r. The rise stays more
-// than 2^-30 from every half-integer for every level's f and every
-// difference b - a (the LUT property tests check them all), so that integer
-// is also what a + r rounded to a double (within 2^-38 below 2^16) and then
-// rounded half-up gives. The entry is the low half of the value's bits;
-// less 32768 it is a signed 16-bit value, which a saturating pack keeps as
-// it is and flipping the top bit turns back into the entry.
-template <VectorForm Form>
-QUARNEL_KERNEL void StoreRounded(const Level& low, const Level& high, uint16_t* entry) {
+// Eight entries of a plane from two vectors of four re-sampled values,
+// stored from `entry` on. Less 32768 an entry is a signed 16-bit value,
+// which a saturating pack (the only pack of 32-bit lanes the baseline form
+// has) keeps as it is, and flipping the top bit turns back into the entry.
+QUARNEL_KERNEL void StorePlane(const Level& low, const Level& high, uint16_t* entry) {
     constexpr int32_t kMiddle = 32768;
-    const Quad32 front = LowHalves<Form>(low) - kMiddle;
-    const Quad32 back = LowHalves<Form>(high) - kMiddle;
+    const Quad32 front = LowHalves(low) - kMiddle;
+    const Quad32 back = LowHalves(high) - kMiddle;
     const auto packed = reinterpret_cast<PlaneEntries>(
         _mm_packs_epi32(reinterpret_cast<__m128i>(front), reinterpret_cast<__m128i>(back)));
     constexpr uint16_t kTopBit = 0x8000;
@@ -67,43 +60,66 @@ QUARNEL_KERNEL void StoreRounded(const Level& low, const Level& high, uint16_t* 
 }
 
 // The sRGB-folded table, eight levels at a time, in the form's own vectors:
-// four-lane levels transposed back into planes in AVX2; pairs of levels as
-// three pairs of doubles in the baseline form, which would otherwise work
-// on every level's spare lane.
+// four-lane levels in AVX2; pairs of levels as three pairs of doubles in the
+// baseline form, which would otherwise work on every level's spare lane.
 template <VectorForm Form>
 struct SrgbKernel {
-    // Levels i to i + 7 re-sampled, as each plane's values i to i + 3 and
-    // i + 4 to i + 7.
-    QUARNEL_KERNEL static void Resample8(const SrgbTaps& taps, const Level* source, std::size_t i,
-                                         Level (&planes)[3][2]) {
+    using Bits = int32_t __attribute__((vector_size(2 * kLanes * sizeof(int32_t))));
+    using Words = uint16_t __attribute__((vector_size(4 * kLanes * sizeof(uint16_t))));
+
+    // Levels i to i + 7 re-sampled two at a time, stored as planes.
+    QUARNEL_KERNEL static void ResamplePairs(const SrgbTaps& taps, const Level* source, std::size_t i, uint16_t* out) {
+        Level planes[3][2];
+        const auto* doubles = reinterpret_cast<const double*>(source);
         for (std::size_t half = 0; half < 2; ++half) {
             const std::size_t k = i + kLanes * half;
-            if constexpr (kDoubleLanes<Form> == kLanes) {
-                Level v0, v1, v2, v3;
-                Resample(taps, source, k, v0);
-                Resample(taps, source, k + 1, v1);
-                Resample(taps, source, k + 2, v2);
-                Resample(taps, source, k + 3, v3);
-                const Level redBlue01 = __builtin_shufflevector(v0, v1, 0, 4, 2, 6);  // r0 r1 b0 b1
-                const Level green01 = __builtin_shufflevector(v0, v1, 1, 5, 3, 7);    // g0 g1 and the spare lanes
-                const Level redBlue23 = __builtin_shufflevector(v2, v3, 0, 4, 2, 6);
-                const Level green23 = __builtin_shufflevector(v2, v3, 1, 5, 3, 7);
-                planes[0][half] = __builtin_shufflevector(redBlue01, redBlue23, 0, 1, 4, 5);
-                planes[1][half] = __builtin_shufflevector(green01, green23, 0, 1, 4, 5);
-                planes[2][half] = __builtin_shufflevector(redBlue01, redBlue23, 2, 3, 6, 7);
-            } else {
-                const auto* doubles = reinterpret_cast<const double*>(source);
-                Half rg0, br0, gb0, rg1, br1, gb1;
-                ResamplePair(taps, doubles, k, rg0, br0, gb0);
-                ResamplePair(taps, doubles, k + 2, rg1, br1, gb1);
-                planes[0][half] = __builtin_shufflevector(__builtin_shufflevector(rg0, br0, 0, 3),
-                                                          __builtin_shufflevector(rg1, br1, 0, 3), 0, 1, 2, 3);
-                planes[1][half] = __builtin_shufflevector(__builtin_shufflevector(rg0, gb0, 1, 2),
-                                                          __builtin_shufflevector(rg1, gb1, 1, 2), 0, 1, 2, 3);
-                planes[2][half] = __builtin_shufflevector(__builtin_shufflevector(br0, gb0, 0, 3),
-                                                          __builtin_shufflevector(br1, gb1, 0, 3), 0, 1, 2, 3);
-            }
+            Half rg0, br0, gb0, rg1, br1, gb1;
+            ResamplePair(taps, doubles, k, rg0, br0, gb0);
+            ResamplePair(taps, doubles, k + 2, rg1, br1, gb1);
+            planes[0][half] = __builtin_shufflevector(__builtin_shufflevector(rg0, br0, 0, 3),
+                                                      __builtin_shufflevector(rg1, br1, 0, 3), 0, 1, 2, 3);
+            planes[1][half] = __builtin_shufflevector(__builtin_shufflevector(rg0, gb0, 1, 2),
+                                                      __builtin_shufflevector(rg1, gb1, 1, 2), 0, 1, 2, 3);
+            planes[2][half] = __builtin_shufflevector(__builtin_shufflevector(br0, gb0, 0, 3),
+                                                      __builtin_shufflevector(br1, gb1, 0, 3), 0, 1, 2, 3);
         }
+        for (std::size_t p = 0; p < kPlanes; ++p) StorePlane(planes[p][0], planes[p][1], out + p * kLevels + i);
+    }
+
+    // Four levels' entries, the low 32-bit lane of each double, as
+    // (r g r g | b s b s) and then (r r r r | b b b b) and (g g g g | s s s s):
+    // shuffles within 16-byte halves, which take one step where crossing
+    // them takes three.
+    QUARNEL_KERNEL static void Gather4(const Level* v, Bits& redBlue, Bits& green) {
+        const Bits s01 = __builtin_shufflevector(reinterpret_cast<Bits>(v[0]), reinterpret_cast<Bits>(v[1]), 0, 2, 8,
+                                                 10, 4, 6, 12, 14);
+        const Bits s23 = __builtin_shufflevector(reinterpret_cast<Bits>(v[2]), reinterpret_cast<Bits>(v[3]), 0, 2, 8,
+                                                 10, 4, 6, 12, 14);
+        redBlue = __builtin_shufflevector(s01, s23, 0, 2, 8, 10, 4, 6, 12, 14);
+        green = __builtin_shufflevector(s01, s23, 1, 3, 9, 11, 5, 7, 13, 15);
+    }
+
+    // The low 16 bits of two such vectors' lanes, half by half: the red
+    // entries of eight levels and then their blue ones, say.
+    QUARNEL_KERNEL static void Narrow(const Bits& low, const Bits& high, Words& entries) {
+        entries = __builtin_shufflevector(reinterpret_cast<Words>(low), reinterpret_cast<Words>(high), 0, 2, 4, 6, 16,
+                                          18, 20, 22, 8, 10, 12, 14, 24, 26, 28, 30);
+    }
+
+    // Levels i to i + 7 re-sampled as four-lane levels, their entries
+    // gathered into the planes.
+    QUARNEL_KERNEL static void ResampleLevels(const SrgbTaps& taps, const Level* source, std::size_t i, uint16_t* out) {
+        Level v[2 * kLanes];
+        for (std::size_t k = 0; k < 2 * kLanes; ++k) Resample(taps, source, i + k, v[k]);
+        Bits redBlue[2], green[2];
+        Gather4(v, redBlue[0], green[0]);
+        Gather4(v + kLanes, redBlue[1], green[1]);
+        Words rb, g;
+        Narrow(redBlue[0], redBlue[1], rb);
+        Narrow(green[0], green[1], g);
+        std::memcpy(out + i, &rb, sizeof rb / 2);
+        std::memcpy(out + kLevels + i, &g, sizeof g / 2);
+        std::memcpy(out + 2 * kLevels + i, reinterpret_cast<const unsigned char*>(&rb) + sizeof rb / 2, sizeof rb / 2);
     }
 
     QUARNEL_KERNEL static void Run(const uint16_t* inLut, uint16_t* outLut) {
@@ -111,10 +127,10 @@ struct SrgbKernel {
         ToOffsetLevels(inLut, source);
         const SrgbTaps& taps = Srgb();
         for (std::size_t i = 0; i < kLevels; i += 2 * kLanes) {
-            Level planes[3][2];
-            Resample8(taps, source, i, planes);
-            for (std::size_t p = 0; p < kPlanes; ++p)
-                StoreRounded<Form>(planes[p][0], planes[p][1], outLut + p * kLevels + i);
+            if constexpr (kDoubleLanes<Form> == kLanes)
+                ResampleLevels(taps, source, i, outLut);
+            else
+                ResamplePairs(taps, source, i, outLut);
         }
     }
 };
