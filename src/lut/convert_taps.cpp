@@ -18,6 +18,7 @@ SrgbTaps BuildSrgbTaps() {
         const double hi = std::min(kTopLevelScale, std::ceil(p));
         taps.lo[i] = static_cast<uint8_t>(lo);
         taps.f[i] = hi != lo ? p - lo : 0.0;
+        taps.twice[i] = Half{taps.f[i], taps.f[i]};
     }
     return taps;
 }

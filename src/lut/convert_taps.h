@@ -17,9 +17,13 @@ namespace quarnel::convert {
 // level and the one above it, f of the way between them. The encoded level
 // lies within 0..255; where it is whole or clamped at the top, f is 0 and the
 // level above (or the zero padding above the top) adds nothing.
+//
+// `twice` holds each f in both lanes of a pair, as the baseline form's pairs
+// of doubles multiply by it.
 struct SrgbTaps {
     std::array<uint8_t, kLutLevels> lo;
     std::array<double, kLutLevels> f;
+    std::array<Half, kLutLevels> twice;
 };
 
 // Point j of the post-gamma array reads the normalised level at or below

@@ -104,8 +104,6 @@ QUARNEL_KERNEL void ResamplePair(const SrgbTaps& taps, const double* source, std
                                  Half& gb) {
     const double* a0 = source + taps.lo[i] * kLanes;
     const double* a1 = source + taps.lo[i + 1] * kLanes;
-    const double f0 = taps.f[i];
-    const double f1 = taps.f[i + 1];
     Half rg0, rg1, gb0, gb1;
     std::memcpy(&rg0, a0, sizeof rg0);
     std::memcpy(&rg1, a0 + kLanes, sizeof rg1);
@@ -113,10 +111,11 @@ QUARNEL_KERNEL void ResamplePair(const SrgbTaps& taps, const double* source, std
     std::memcpy(&gb1, a1 + kLanes + 1, sizeof gb1);
     const Half br0{a0[2], a1[0]};
     const Half br1{a0[kLanes + 2], a1[kLanes]};
-    const Half brF{f0, f1};
-    rg = rg0 + (rg1 - rg0) * f0;
+    Half brF;
+    std::memcpy(&brF, &taps.f[i], sizeof brF);
+    rg = rg0 + (rg1 - rg0) * taps.twice[i];
     br = br0 + (br1 - br0) * brF;
-    gb = gb0 + (gb1 - gb0) * f1;
+    gb = gb0 + (gb1 - gb0) * taps.twice[i + 1];
 }
 
 // Point j between levels a and b (the level above it), f[j] of the way, as
