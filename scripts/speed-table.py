@@ -11,11 +11,10 @@ docs/performance.md.
 
 With --write the tables replace what lies between the file's two
 "speed tables" markers. Every time is the median CPU time of the
-repetitions; every ratio is a request's median over its own floor's, and
-every gain a form's median against the baseline form's, from the same run.
+repetitions; every ratio is a request's median over its own floor's, from
+the same run.
 """
 import json
-import re
 import sys
 
 NAMES = {1: "1 from a file", 2: "2 slider (0.75)", 3: "3 theater", 4: "4 vivid", 5: "5 reading strong",
@@ -33,12 +32,12 @@ def medians(path):
     return run["context"], times
 
 
-def request_time(t, request, ty, form):
-    """A request's median in one form, and its floor's."""
+def request_time(t, request, ty):
+    """A request's median, and its floor's."""
     if request == 1:
-        return t.get(f"BM_Request1/form:{form}"), t["BM_Request1Floor"]
+        return t["BM_Request1"], t["BM_Request1Floor"]
     key = f"request:{request}/type:{ty}"
-    return t.get(f"BM_Request/{key}/form:{form}"), t[f"BM_RequestFloor/{key}"]
+    return t[f"BM_Request/{key}"], t[f"BM_RequestFloor/{key}"]
 
 
 def types_of(request):
@@ -50,48 +49,26 @@ def header(first):
             "|--------------------|---------|-----------|" + "|".join("------" for _ in TYPES) + "|"]
 
 
-def ratio_table(t, form):
+def ratio_table(t):
     lines = header("request")
     worst = {}
     for request, name in NAMES.items():
         cells = []
         for ty in types_of(request):
-            v, f = request_time(t, request, ty, form)
+            v, f = request_time(t, request, ty)
             worst[(request, ty)] = v / f
             cells.append(f"{v / f:.2f}")
-        v0, f0 = request_time(t, request, 0, form)
+        v0, f0 = request_time(t, request, 0)
         cells += [""] * (len(TYPES) - len(cells))
         lines.append(f"| {name:<18} | {v0:.0f} ns | {f0:.0f} ns   | " + " | ".join(f"{c:<4}" for c in cells) + " |")
     return lines, worst
 
 
-def gain_table(t, form):
-    """What the form takes off each whole request, in per cent of the
-    baseline form's time."""
-    lines = ["| request            | " + " | ".join(f"type {ty}" for ty in TYPES) + " |",
-             "|--------------------|" + "|".join("--------" for _ in TYPES) + "|"]
-    best = 0.0
-    for request, name in NAMES.items():
-        cells = []
-        for ty in types_of(request):
-            base, _ = request_time(t, request, ty, 0)
-            v, _ = request_time(t, request, ty, form)
-            gain = 100.0 * (base - v) / base
-            best = max(best, gain)
-            cells.append(f"{gain:+.1f} %")
-        cells += [""] * (len(TYPES) - len(cells))
-        lines.append(f"| {name:<18} | " + " | ".join(f"{c:<6}" for c in cells) + " |")
-    return lines, best
-
-
 def tables(path):
     context, t = medians(path)
-    forms = sorted({int(m.group(1)) for name in t for m in [re.search(r"/form:(\d+)", name)] if m})
-    names = context.get("vector_forms", "").split(",")
     out = [f"Measured on {context.get('cpu_model', 'an unnamed processor')} ({context.get('num_cpus')} CPUs, "
            f"{context.get('mhz_per_cpu')} MHz as the benchmark reports it, load average "
-           f"{context.get('load_avg', [0.0])[0]:.1f} at the start), {context.get('date', '')}; "
-           f"the library runs its {context.get('vector_form', 'unnamed')} form there.", ""]
+           f"{context.get('load_avg', [0.0])[0]:.1f} at the start), {context.get('date', '')}.", ""]
     out += ["| benchmark            | time    | its floor | vs floor |",
             "|----------------------|---------|-----------|----------|"]
     r0, f0 = t["BM_Request0"], t["BM_Request0Floor"]
@@ -99,19 +76,11 @@ def tables(path):
     for ty in TYPES:
         v, f = t[f"BM_Request8/{ty}"], t[f"BM_Request8Floor/{ty}"]
         out.append(f"| request 8, type {ty}    | {v:.0f} ns | {f:.0f} ns   | {v / f:.2f}     |")
-    summary = []
-    for form in forms:
-        lines, worst = ratio_table(t, form)
-        out += ["", f"Each request over its own floor, every lut api type, LUT loops in the {names[form]} form:", ""]
-        out += lines
-        lut = [r for (request, ty), r in worst.items() if request != 1]
-        summary.append(f"{names[form]}: highest LUT request {max(lut):.2f}, request 1 {worst[(1, 0)]:.2f}")
-    for form in forms[1:]:
-        lines, best = gain_table(t, form)
-        out += ["", f"What the {names[form]} form takes off each whole request against the baseline form:", ""]
-        out += lines
-        summary.append(f"{names[form]} takes at most {best:.1f} % off a request")
-    out += ["", "<!-- " + "; ".join(summary) + " -->"]
+    lines, worst = ratio_table(t)
+    out += ["", "Each request over its own floor, every lut api type:", ""]
+    out += lines
+    lut = [r for (request, ty), r in worst.items() if request != 1]
+    out += ["", f"<!-- highest LUT request {max(lut):.2f}, request 1 {worst[(1, 0)]:.2f} -->"]
     return "\n".join(out)
 
 

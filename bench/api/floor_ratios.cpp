@@ -2,7 +2,7 @@
 // The program's own main: runs the benchmarks with the display the flags
 // ask for and then reports, on standard error, every request's CPU time over
 // its floor's, from the medians when the run repeats. The run's context names
-// the processor and the form of the LUT loops the library runs on it.
+// the processor.
 
 #include <benchmark/benchmark.h>
 
@@ -13,17 +13,12 @@
 #include <string>
 #include <vector>
 
-#include "platform/processor.h"
-
 namespace quarnel::bench {
 namespace {
 
 // The floor each request is measured against: its own, for the same request
 // and lut api type.
-// The form of the LUT loops does not change a floor.
-std::string FloorOf(std::string name) {
-    const std::size_t form = name.find("/form:");
-    if (form != std::string::npos) name.erase(form, name.find('/', form + 1) - form);
+std::string FloorOf(const std::string& name) {
     if (name == "BM_Request1") return "BM_Request1Floor";
     const std::string lut = "BM_Request/";
     const std::string native = "BM_Request8/";
@@ -39,18 +34,6 @@ std::string ProcessorModel() {
     for (std::string line; std::getline(info, line);)
         if (line.rfind("model name", 0) == 0) return line.substr(line.find(':') + 2);
     return "an unnamed processor";
-}
-
-std::string FormName(VectorForm form) { return kVectorFormNames[static_cast<std::size_t>(form)]; }
-
-// Every form's name, in the order of the benchmarks' "form" argument.
-std::string FormNames() {
-    std::string names;
-    for (const char* name : kVectorFormNames) {
-        if (!names.empty()) names.push_back(',');
-        names.append(name);
-    }
-    return names;
 }
 
 // Passes every report on to the display and keeps each benchmark's CPU time:
@@ -100,8 +83,6 @@ private:
 int main(int argc, char** argv) {
     benchmark::Initialize(&argc, argv);
     benchmark::AddCustomContext("cpu_model", quarnel::bench::ProcessorModel());
-    benchmark::AddCustomContext("vector_form", quarnel::bench::FormName(quarnel::platform::ActiveVectorForm()));
-    benchmark::AddCustomContext("vector_forms", quarnel::bench::FormNames());
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
     const std::unique_ptr<benchmark::BenchmarkReporter> display(benchmark::CreateDefaultDisplayReporter());
     quarnel::bench::FloorRatios reporter(*display);

@@ -17,7 +17,6 @@
 #include "api_bench.h"
 #include "calib/block_writer.h"
 #include "fake_platform.h"
-#include "forced_form.h"
 #include "platform/acpi_device.h"
 
 namespace quarnel::bench {
@@ -96,10 +95,7 @@ int32_t Run(int32_t request, CctContext* ctx) {
     return request < 0 ? CCTAPI_VX(-request, ctx, &ctx->oriLut[0][0]) : CCTAPI(static_cast<uint32_t>(request), ctx);
 }
 
-// Argument: the form of the LUT loops (the white-point solves apply gains).
 void BM_Request1(benchmark::State& state) {
-    const ForcedForm form(state, state.range(0));
-    if (!form) return;
     auto ctx = InitialisedContext(0);
     if (!TraceFileAbsent(state)) return;
     QuietStdout quiet;
@@ -144,11 +140,8 @@ void BM_Request1Floor(benchmark::State& state) {
     }
 }
 
-// Arguments: the request (negative: VX mode), the lut api type and the
-// form of the LUT loops.
+// Arguments: the request (negative: VX mode) and the lut api type.
 void BM_Request(benchmark::State& state) {
-    const ForcedForm form(state, state.range(2));
-    if (!form) return;
     const auto init = InitialisedContext(static_cast<int32_t>(state.range(1)));
     auto ctx = std::make_unique<CctContext>(*init);
     if (!TraceFileAbsent(state)) return;
@@ -208,12 +201,6 @@ void BM_RequestFloor(benchmark::State& state) {
 constexpr int64_t kLutRequests[] = {2, 3, 4, 5, 6, 7, -3, -26, -21, -22, -23, -24, -25};
 
 void LutRequests(benchmark::internal::Benchmark* b) {
-    b->ArgNames({"request", "type", "form"});
-    for (int64_t request : kLutRequests)
-        for (int64_t type = 0; type <= 5; ++type) EveryForm(b, {request, type});
-}
-
-void LutFloors(benchmark::internal::Benchmark* b) {
     b->ArgNames({"request", "type"});
     for (int64_t request : kLutRequests)
         for (int64_t type = 0; type <= 5; ++type) b->Args({request, type});
@@ -221,9 +208,9 @@ void LutFloors(benchmark::internal::Benchmark* b) {
 
 }  // namespace
 
-BENCHMARK(BM_Request1)->ArgName("form")->Apply([](auto* b) { EveryForm(b, {}); });
+BENCHMARK(BM_Request1);
 BENCHMARK(BM_Request1Floor);
 BENCHMARK(BM_Request)->Apply(LutRequests);
-BENCHMARK(BM_RequestFloor)->Apply(LutFloors);
+BENCHMARK(BM_RequestFloor)->Apply(LutRequests);
 
 }  // namespace quarnel::bench

@@ -12,7 +12,6 @@
 #include "color/apply_gains.h"
 #include "core/constants.h"
 #include "core/lut16.h"
-#include "forced_form.h"
 #include "lut/bright_ctrl.h"
 #include "lut/compose.h"
 #include "lut/convert.h"
@@ -37,10 +36,8 @@ struct Outputs {
     std::array<float, 2 * kNvFloatsPerArray> nv{};
 };
 
-// Arguments: the lut api type and the form of the LUT loops.
+// Argument: the lut api type.
 void BM_LutConvert(benchmark::State& state) {
-    const ForcedForm form(state, state.range(1));
-    if (!form) return;
     const auto in = WarmLut();
     Outputs out;
     QuietStdout quiet;
@@ -77,10 +74,7 @@ void BM_LutImprove(benchmark::State& state) {
     }
 }
 
-// Argument: the form of the LUT loops.
 void BM_LutLinInterp8Bit(benchmark::State& state) {
-    const ForcedForm form(state, state.range(0));
-    if (!form) return;
     const auto in = WarmLut();
     for (auto _ : state) {
         auto lut = in;
@@ -112,10 +106,7 @@ void BM_ComposeVivid(benchmark::State& state) {
     }
 }
 
-// Argument: the form of the LUT loops.
 void BM_ComposeLut(benchmark::State& state) {
-    const ForcedForm form(state, state.range(0));
-    if (!form) return;
     const auto in = WarmLut();
     std::array<uint16_t, kLutEntries> out{};
     for (auto _ : state) {
@@ -128,12 +119,10 @@ void BM_ComposeLut(benchmark::State& state) {
 
 BENCHMARK(BM_LutImprove);
 BENCHMARK(BM_ComposeVivid);
-BENCHMARK(BM_ComposeLut)->ArgName("form")->Apply([](auto* b) { EveryForm(b, {}); });
+BENCHMARK(BM_ComposeLut);
 BENCHMARK(BM_ApplyGains);
-BENCHMARK(BM_LutLinInterp8Bit)->ArgName("form")->Apply([](auto* b) { EveryForm(b, {}); });
-BENCHMARK(BM_LutConvert)->ArgNames({"type", "form"})->Apply([](auto* b) {
-    for (int64_t type = 0; type <= 5; ++type) EveryForm(b, {type});
-});
+BENCHMARK(BM_LutLinInterp8Bit);
+BENCHMARK(BM_LutConvert)->ArgName("type")->DenseRange(0, 5);
 BENCHMARK(BM_LutBrightCtrl);
 
 }  // namespace quarnel::bench

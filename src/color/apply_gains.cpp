@@ -7,8 +7,6 @@
 
 #include "core/half_up.h"
 #include "core/lut16.h"
-#include "core/vector_forms.h"
-#include "platform/processor.h"
 
 namespace quarnel {
 namespace {
@@ -28,7 +26,7 @@ bool Overlaps(const uint16_t* src, const uint16_t* dst) {
 // 0..255), so does every level, and half-up needs no guards. The lookups
 // read a local copy of the plane, which the output cannot share memory with,
 // so that no lookup waits on the stores before it.
-QUARNEL_KERNEL void ApplyToPlane(const double* levels, double g, const uint16_t* plane, uint16_t* out) {
+void ApplyToPlane(const double* levels, double g, const uint16_t* plane, uint16_t* out) {
     std::array<int32_t, kLutLevels> index;
     if (g >= 0.0 && levels[0] >= 0.0 && levels[kTopLevel] * g + 0.5 < kLutLevels) {
         for (std::size_t i = 0; i < kLevels; ++i) index[i] = static_cast<int32_t>(levels[i] * g + 0.5);
@@ -50,8 +48,7 @@ void Apply(const double* levels, const double gain[3], const uint16_t* src, uint
         std::copy(src, src + kLutEntries, base.begin());
         from = base.data();
     }
-    for (int c = 0; c < kLutPlanes; ++c)
-        platform::RunLoop<ApplyToPlane>(levels, gain[c], from + LutIndex(c, 0), dst + LutIndex(c, 0));
+    for (int c = 0; c < kLutPlanes; ++c) ApplyToPlane(levels, gain[c], from + LutIndex(c, 0), dst + LutIndex(c, 0));
 }
 
 }  // namespace

@@ -18,10 +18,10 @@
 // So rounding q + e r gives the rounded quotient.
 //
 // T is double or a vector of doubles (taken by reference: a 32-byte vector
-// is not passed by value in the baseline form).
+// is not passed by value on x86-64).
 
 #include "core/constants.h"
-#include "core/vector_forms.h"
+#include "core/kernel.h"
 
 namespace quarnel {
 

@@ -5,9 +5,8 @@
 #include <array>
 #include <functional>
 
+#include "core/kernel.h"
 #include "core/lut16.h"
-#include "core/vector_forms.h"
-#include "platform/processor.h"
 
 namespace quarnel {
 namespace {
@@ -26,9 +25,9 @@ QUARNEL_KERNEL uint16_t ScaledIndex(uint16_t entry) {
     return static_cast<uint16_t>(rounded - (rounded >> 8));
 }
 
-// The places of a map read as 8-bit levels, in a loop of their own for
-// each form: in AVX2 sixteen entries go at a time.
-QUARNEL_KERNEL void ScaledPlaces(const uint16_t* map, uint16_t* places) {
+// The places of a map read as 8-bit levels, in a loop of their own, which
+// vectorises.
+void ScaledPlaces(const uint16_t* map, uint16_t* places) {
     for (int c = 0; c < kLutPlanes; ++c) {
         const auto offset = static_cast<uint16_t>(LutIndex(c, 0));
         for (std::size_t i = LutIndex(c, 0); i < LutIndex(c + 1, 0); ++i)
@@ -45,7 +44,7 @@ bool Overlaps(const uint16_t* base, const uint16_t* out) {
 }  // namespace
 
 void ComposePlacesOf(uint32_t kind, const uint16_t* map, ComposePlaces& places) {
-    if (kind != kComposeDirect) return platform::RunLoop<ScaledPlaces>(map, places.data());
+    if (kind != kComposeDirect) return ScaledPlaces(map, places.data());
     for (int c = 0; c < kLutPlanes; ++c) {
         const auto offset = static_cast<uint16_t>(LutIndex(c, 0));
         for (std::size_t i = LutIndex(c, 0); i < LutIndex(c + 1, 0); ++i)

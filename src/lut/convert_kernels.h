@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
-// The numeric loops of the driver conversion (their forms: see
-// core/vector_forms.h).
+// The numeric loops of the driver conversion.
 
 #include <cstdint>
 

@@ -18,7 +18,7 @@ namespace quarnel::convert {
 // lies within 0..255; where it is whole or clamped at the top, f is 0 and the
 // level above (or the zero padding above the top) adds nothing.
 //
-// `twice` holds each f in both lanes of a pair, as the baseline form's pairs
+// `twice` holds each f in both lanes of a pair, as the pairs
 // of doubles multiply by it.
 struct SrgbTaps {
     std::array<uint8_t, kLutLevels> lo;

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
-// The steps every form of the driver conversion shares: the table as levels
-// of doubles, the sRGB re-sampling of one level, and a single post-gamma
-// point. Inlined into each form (see core/vector_forms.h).
+// The steps the driver conversions share: the table as levels of doubles,
+// the sRGB re-sampling of two levels, and a single post-gamma point.
 
 #include <bit>
 #include <cstddef>
@@ -10,8 +9,8 @@
 #include <cstring>
 
 #include "core/constants.h"
+#include "core/kernel.h"
 #include "core/lut16.h"
-#include "core/vector_forms.h"
 #include "lut/convert_taps.h"
 #include "lut/level_vectors.h"
 
@@ -23,7 +22,7 @@ using PlaneEntries = uint16_t __attribute__((vector_size(8 * sizeof(uint16_t))))
 inline constexpr std::size_t kLevelEntries = (kLutLevels + 1) * kLanes;
 
 // The planes' entries interleaved as they stand, eight levels at a time in
-// 16-byte shuffles (which every form has), into (r g b 0) per level, with a
+// 16-byte shuffles (which SSE2 has), into (r g b 0) per level, with a
 // zero level above the top for the re-sampling to read at the top.
 QUARNEL_KERNEL void InterleaveLevels(const uint16_t* in, uint16_t* entries) {
     const PlaneEntries zero{};
@@ -85,14 +84,6 @@ QUARNEL_KERNEL void ToOffsetLevels(const uint16_t* in, Level* levels) {
         std::memcpy(out + k * sizeof(double), doubles, sizeof doubles);
     }
     levels[kLutLevels] = Level{} + kWholeOffset;
-}
-
-// Level i re-sampled through the sRGB encoding: a + (b - a) x f, b the level
-// above a.
-QUARNEL_KERNEL void Resample(const SrgbTaps& t, const Level* source, std::size_t i, Level& out) {
-    const Level a = source[t.lo[i]];
-    const Level b = source[t.lo[i] + 1];
-    out = a + (b - a) * t.f[i];
 }
 
 // Levels i and i + 1 re-sampled in pairs of doubles, (r g), (b r), (g b):

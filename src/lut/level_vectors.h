@@ -4,7 +4,7 @@
 // by plane. The sRGB re-sampling and the post-gamma interpolation read whole
 // levels (red, green, blue together) at places that follow a curve. Kept
 // with a fourth lane, each level is one 32-byte vector that a single load
-// fetches (two in the baseline form).
+// fetches (two 16-byte halves in SSE2).
 
 #include <cstddef>
 #include <cstdint>

@@ -7,10 +7,9 @@
 #include <cstring>
 #include <numeric>
 
+#include "core/kernel.h"
 #include "core/lut16.h"
-#include "core/vector_forms.h"
 #include "lut/improve.h"
-#include "platform/processor.h"
 
 namespace quarnel {
 namespace {
@@ -99,44 +98,38 @@ QUARNEL_KERNEL int32_t FixedSlope(int32_t rise, int span, uint64_t inverse) {
 QUARNEL_KERNEL uint16_t FixedEntry(int32_t point) { return Entry(point >> kFractionBits); }
 
 // 32-bit words, each two neighbouring entries: the even one in its low
-// half. Eight words fill an AVX2 vector, and two of the baseline's.
+// half. Four words fill a vector.
 using FourPairs = uint32_t __attribute__((vector_size(4 * sizeof(uint32_t))));
-using EightPairs = uint32_t __attribute__((vector_size(8 * sizeof(uint32_t))));
+constexpr int kVectorPoints = 8;
 
 // Points from the fixed points of the even ones and of the odd ones: each
 // point's whole level is the third byte of its word, which moves to the
 // high byte of its entry.
-template <typename Pairs>
-QUARNEL_KERNEL void StorePairs(const Pairs& even, const Pairs& odd, uint16_t* points) {
-    const Pairs pairs = ((even >> 8) & 0xFF00U) | ((odd << 8) & 0xFF000000U);
+QUARNEL_KERNEL void StorePairs(const FourPairs& even, const FourPairs& odd, uint16_t* points) {
+    const FourPairs pairs = ((even >> 8) & 0xFF00U) | ((odd << 8) & 0xFF000000U);
     std::memcpy(points, &pairs, sizeof pairs);
 }
 
 // The points of a segment at least a vector of them long, a vector at a
 // time, from the even points of the first (0, 2, 4, ...). It ends with a
 // vector that may go over some already written: the same points again.
-template <typename Pairs>
-QUARNEL_KERNEL void VectorLine(const Pairs& evenPoints, uint32_t start, uint32_t step, int span, uint16_t* points) {
-    constexpr int kPoints = 2 * static_cast<int>(sizeof(Pairs) / sizeof(uint32_t));
-    const Pairs even = evenPoints * step + start;
-    const Pairs odd = even + step;
-    Pairs e = even, o = odd;
+QUARNEL_KERNEL void VectorLine(uint32_t start, uint32_t step, int span, uint16_t* points) {
+    const FourPairs even = FourPairs{0, 2, 4, 6} * step + start;
+    const FourPairs odd = even + step;
+    FourPairs e = even, o = odd;
     int k = 0;
-    for (; k + kPoints <= span; k += kPoints, e += kPoints * step, o += kPoints * step) StorePairs(e, o, points + k);
-    const auto last = static_cast<uint32_t>(span - kPoints) * step;
-    if (k < span) StorePairs(even + last, odd + last, points + span - kPoints);
+    for (; k + kVectorPoints <= span; k += kVectorPoints, e += kVectorPoints * step, o += kVectorPoints * step)
+        StorePairs(e, o, points + k);
+    const auto last = static_cast<uint32_t>(span - kVectorPoints) * step;
+    if (k < span) StorePairs(even + last, odd + last, points + span - kVectorPoints);
 }
 
-// The points of one segment, starting at `level`, in the form's widest
-// vectors where the segment fills one: the baseline form would move a
-// 32-byte vector through memory.
-template <VectorForm Form>
+// The points of one segment, starting at `level`, a vector at a time where
+// the segment fills one.
 QUARNEL_KERNEL void FixedLine(int32_t level, int32_t slope, int span, uint16_t* points) {
     const auto start = static_cast<uint32_t>(level * kOneLevel + kOneLevel / 2);
     const auto step = static_cast<uint32_t>(slope);
-    if (Form == VectorForm::kAvx2 && span >= 16)
-        return VectorLine(EightPairs{0, 2, 4, 6, 8, 10, 12, 14}, start, step, span, points);
-    if (span >= 8) return VectorLine(FourPairs{0, 2, 4, 6}, start, step, span, points);
+    if (span >= kVectorPoints) return VectorLine(start, step, span, points);
     for (int k = 0; k < span; ++k)
         points[k] = FixedEntry(static_cast<int32_t>(start + static_cast<uint32_t>(k) * step));
 }
@@ -166,31 +159,27 @@ QUARNEL_KERNEL void HalvesOnDoubleLine(int32_t level, int32_t rise, int span, ui
 // from s = g x step up to (not including) its end e: point s is its start
 // level itself. For any other step than 16 the first sixteen entries then
 // follow the grid of 16 instead, whose sixteenths are exact.
-template <VectorForm Form>
-struct Rebuild {
-    QUARNEL_KERNEL static void Run(int step, const SegmentEnds& ends, uint16_t* plane) {
-        const int32_t* level = ends.level;
-        const int segments = ends.segments;
-        // Every segment but the last spans a whole step, so their slopes
-        // share one inverse (and the AVX2 form works them out a vector at a
-        // time).
-        int32_t slope[kLutLevels];
-        const uint64_t inverse = kSpanInverse[static_cast<std::size_t>(step)];
-        for (int g = 0; g < segments - 1; ++g) slope[g] = FixedSlope(level[g + 1] - level[g], step, inverse);
-        const int last = kTopLevel - (segments - 1) * step;
-        slope[segments - 1] =
-            FixedSlope(level[segments] - level[segments - 1], last, kSpanInverse[static_cast<std::size_t>(last)]);
-        for (int g = 0; g < segments; ++g) {
-            const int s = g * step;
-            const int span = std::min(step, kTopLevel - s);
-            FixedLine<Form>(level[g], slope[g], span, plane + s);
-            HalvesOnDoubleLine(level[g], level[g + 1] - level[g], span, plane + s);
-        }
-        plane[kTopLevel] = Entry(level[segments]);
-        if (step == kDefaultStep) return;
-        FixedLine<Form>(level[0], (ends.at16 - level[0]) * (kOneLevel / kDefaultStep), kDefaultStep, plane);
+void Rebuild(int step, const SegmentEnds& ends, uint16_t* plane) {
+    const int32_t* level = ends.level;
+    const int segments = ends.segments;
+    // Every segment but the last spans a whole step, so their slopes
+    // share one inverse.
+    int32_t slope[kLutLevels];
+    const uint64_t inverse = kSpanInverse[static_cast<std::size_t>(step)];
+    for (int g = 0; g < segments - 1; ++g) slope[g] = FixedSlope(level[g + 1] - level[g], step, inverse);
+    const int last = kTopLevel - (segments - 1) * step;
+    slope[segments - 1] =
+        FixedSlope(level[segments] - level[segments - 1], last, kSpanInverse[static_cast<std::size_t>(last)]);
+    for (int g = 0; g < segments; ++g) {
+        const int s = g * step;
+        const int span = std::min(step, kTopLevel - s);
+        FixedLine(level[g], slope[g], span, plane + s);
+        HalvesOnDoubleLine(level[g], level[g + 1] - level[g], span, plane + s);
     }
-};
+    plane[kTopLevel] = Entry(level[segments]);
+    if (step == kDefaultStep) return;
+    FixedLine(level[0], (ends.at16 - level[0]) * (kOneLevel / kDefaultStep), kDefaultStep, plane);
+}
 
 int StepInForce(int step) { return step < 1 || step > kMaxStep ? kDefaultStep : step; }
 
@@ -203,7 +192,7 @@ void LutLinInterp8Bit(int step, uint16_t* plane) {
     };
     SegmentEnds ends;
     ReadEnds(step, EndPlacesAt(step), levels, ends);
-    platform::RunLoop<Rebuild>(step, ends, plane);
+    Rebuild(step, ends, plane);
 }
 
 void LutLinInterp8Bit(int step, const PendingLut& from, uint16_t* lut) {
@@ -213,7 +202,7 @@ void LutLinInterp8Bit(int step, const PendingLut& from, uint16_t* lut) {
         const auto levels = [&from, c](const int* at, int count, int32_t* out) { from.Levels(c, at, count, out); };
         SegmentEnds ends;
         ReadEnds(step, places, levels, ends);
-        platform::RunLoop<Rebuild>(step, ends, lut + LutIndex(c, 0));
+        Rebuild(step, ends, lut + LutIndex(c, 0));
     }
 }
 

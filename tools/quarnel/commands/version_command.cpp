@@ -1,14 +1,12 @@
 // SPDX-License-Identifier: MIT
 // quarnel version: the tool's version and the library's, as the library
-// reports them, and the form the library's LUT loops run in on this
-// processor, by the rule the library itself picks it by.
+// reports them.
 
 #include <iostream>
 #include <memory>
 #include <sstream>
 
 #include "commands/commands.h"
-#include "facts/loop_forms.h"
 #include "io/quiet_stdout.h"
 #include "quarnel/cctapi.h"
 
@@ -36,8 +34,7 @@ std::string VersionText(bool verbose) {
     text << "quarnel tool " << QUARNEL_VERSION << '\n'
          << "library interface " << ((ctx->version >> 16) & 0xFF) << '.' << ((ctx->version >> 8) & 0xFF) << '.'
          << (ctx->version & 0xFF) << '\n'
-         << "library build " << LibraryBuild() << '\n'
-         << "LUT loops " << facts::kVectorFormNames[static_cast<std::size_t>(facts::WidestForm())];
+         << "library build " << LibraryBuild();
     return text.str();
 }
 
