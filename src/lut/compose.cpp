@@ -5,7 +5,6 @@
 #include <array>
 #include <functional>
 
-#include "core/kernel.h"
 #include "core/lut16.h"
 
 namespace quarnel {
@@ -19,7 +18,7 @@ constexpr int32_t kUnknownKind = 1;
 // part of (entry + 128) / 256: the entry's whole halves of a level (entry /
 // 128) plus one, halved, three steps in 16-bit lanes. That is 256 at most,
 // so taking its ninth bit off it holds it at 255.
-QUARNEL_KERNEL uint16_t ScaledIndex(uint16_t entry) {
+uint16_t ScaledIndex(uint16_t entry) {
     const auto halves = static_cast<uint16_t>(entry >> 7);
     const auto rounded = static_cast<uint16_t>((halves + 1) >> 1);
     return static_cast<uint16_t>(rounded - (rounded >> 8));

@@ -96,7 +96,7 @@ QUARNEL_KERNEL void RepeatedPoint(const double* repeated, std::size_t k, std::si
     PostGammaPoint(a, b, j, post);
 }
 
-// The NVIDIA conversion works in pairs of doubles, the width of a baseline
+// The NVIDIA conversion works in pairs of doubles, the width of an SSE2
 // vector, which would otherwise move every four-lane value it loads or
 // stores at an odd place through memory.
 inline constexpr std::size_t kPair = 2;

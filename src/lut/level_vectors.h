@@ -14,7 +14,6 @@ namespace quarnel::convert {
 inline constexpr std::size_t kLanes = 4;
 using Level = double __attribute__((vector_size(kLanes * sizeof(double))));
 using LevelFloats = float __attribute__((vector_size(kLanes * sizeof(float))));
-using LevelInts = int32_t __attribute__((vector_size(kLanes * sizeof(int32_t))));
 using Half = double __attribute__((vector_size(kLanes / 2 * sizeof(double))));
 
 }  // namespace quarnel::convert
